@@ -1,0 +1,65 @@
+#ifndef SALTMARROW_EXEC_DOSOUTPUTS_H
+#define SALTMARROW_EXEC_DOSOUTPUTS_H
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace saltmarrow {
+
+namespace platform {
+class ChildProcess;
+}
+
+// Runs one console command and hands its merged output to the owner line by
+// line while the interface keeps running through the pump callback.
+class DOSOutputs {
+public:
+    DOSOutputs();
+    ~DOSOutputs();
+    DOSOutputs(const DOSOutputs &) = delete;
+    DOSOutputs &operator=(const DOSOutputs &) = delete;
+
+    // Events, in their order of declaration.
+    std::function<void(const std::string &line)> ReceiveOutputs;
+    std::function<void()> nullOutputs;
+    // One step of the interface's event loop ("let events run once").
+    std::function<void()> pump;
+
+    // Everything the current or last command printed, in complete-line
+    // blocks, each block behind a CR LF.
+    std::string totalOutput;
+
+    // Runs commandLine in startFolder and returns once it has ended. The
+    // result is true only if it started and ended with exit code 0.
+    // bufferSize is the largest chunk of one read; wait the milliseconds of
+    // each wait on the process.
+    void ExecuteCommand(const std::string &commandLine, short &bufferSize, long &wait,
+                        std::string &startFolder, bool captureStdOut, bool captureStdErr, bool convertOEM,
+                        bool &result);
+    bool ExecuteCommand(const std::string &commandLine, int bufferSize = 256, int wait = 1,
+                        std::string startFolder = {});
+
+    // Ends the running job, every process of it. False if there is none.
+    bool killInstantly();
+
+    bool isRunning() const;
+
+private:
+    void letEventsRun(int times);
+
+    std::unique_ptr<platform::ChildProcess> process_;
+};
+
+// Turns one chunk of tool output into text: bytes that are not UTF-8 become
+// U+FFFD; an incomplete sequence at the end is left in pending for the next
+// chunk unless final is set.
+std::string decodeOutputChunk(std::string &pending, std::string_view bytes, bool final);
+
+// The line-end normalisation of one chunk: CR LF -> LF, CR -> LF, LF -> CR LF.
+std::string normaliseLineEnds(std::string_view chunk);
+
+}  // namespace saltmarrow
+
+#endif

@@ -1,0 +1,42 @@
+#ifndef SALTMARROW_TESTS_TESTSUPPORT_H
+#define SALTMARROW_TESTS_TESTSUPPORT_H
+
+#include <string>
+#include <vector>
+
+namespace saltmarrow::test {
+
+// A fresh folder under the system's temporary folder, removed with everything
+// in it when the object goes.
+class TempDir {
+public:
+    TempDir();
+    ~TempDir();
+    TempDir(const TempDir &) = delete;
+    TempDir &operator=(const TempDir &) = delete;
+    const std::string &path() const { return path_; }
+    std::string file(const std::string &name) const { return path_ + "/" + name; }
+
+private:
+    std::string path_;
+};
+
+std::string readFile(const std::string &path);
+void writeFile(const std::string &path, const std::string &bytes);
+
+// Path of a helper program built from tests/fixtures.
+std::string fixture(const std::string &name);
+// Path of a file below the source tree.
+std::string sourcePath(const std::string &relative);
+
+// The processes whose process group is pgid that are still alive (zombies do
+// not count).
+std::vector<int> livingProcessesInGroup(int pgid);
+bool processAlive(int pid);
+
+// True if a program of that name is on PATH.
+bool haveProgram(const std::string &name);
+
+}  // namespace saltmarrow::test
+
+#endif
