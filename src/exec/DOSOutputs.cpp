@@ -1,5 +1,6 @@
 #include "exec/DOSOutputs.h"
 
+#include <algorithm>
 #include <vector>
 
 #include "platform/ChildProcess.h"
@@ -10,6 +11,7 @@ namespace saltmarrow {
 namespace {
 
 constexpr long kStillRunning = 258;  // the wait's "timed out" result
+constexpr int kLongestIdleWait = 10;     // milliseconds
 constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
 
 // Length of the UTF-8 sequence that starts with lead, 0 if lead cannot start one.
@@ -123,17 +125,24 @@ void DOSOutputs::ExecuteCommand(const std::string &commandLine, short &bufferSiz
 
     std::string carry;
     std::string pending;  // bytes of a character cut by the end of a read
+    // The wait ends at once when output arrives or the job ends, so idle turns
+    // may stretch it (up to kLongestIdleWait) without delaying a single line;
+    // the interface is still pumped a hundred times a second.
+    const int shortestWait = wait > 0 ? static_cast<int>(wait) : 0;
+    int currentWait = shortestWait;
     for (;;) {
-        const long waitResult = job.waitFor(static_cast<int>(wait)) ? 0 : kStillRunning;
+        const long waitResult = job.waitFor(currentWait) ? 0 : kStillRunning;
         letEventsRun(4);
         int n = std::min(job.bytesWaiting(), size);
         if (n < 1) {
+            currentWait = std::min(std::max(currentWait * 2, 1), std::max(kLongestIdleWait, shortestWait));
             if (nullOutputs) nullOutputs();
             letEventsRun(4);
             if (waitResult != kStillRunning) break;
             continue;
         }
         n = job.read(buffer.data(), n);
+        currentWait = shortestWait;
         // The pipe of a pipe-based platform holds more than one buffer, so
         // once the job has ended its output is drained to the end rather than
         // cut after one read; only the very last chunk ends an open line.
