@@ -1,11 +1,53 @@
+// saltmarrow: start-up only.
 #include <QApplication>
-#include <QLabel>
+#include <QDesktopServices>
+#include <QUrl>
+
+#include "platform/QtDialogs.h"
+#include "platform/Sounds.h"
+#include "shell/WriteFrame.h"
+#include "shell/frmMain.h"
+#include "support/frmErrorReport.h"
 
 int main(int argc, char **argv) {
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("saltmarrow"));
-    QLabel window(QStringLiteral("saltmarrow"));
-    window.setWindowTitle(QStringLiteral("saltmarrow"));
-    window.show();
+    QApplication::setQuitOnLastWindowClosed(false);
+
+    QStringList args = QApplication::arguments();
+    args.removeFirst();
+    std::string commandLine = args.join(' ').toStdString();
+    const std::string version = saltmarrow::versionText(SALTMARROW_VERSION_MAJOR, SALTMARROW_VERSION_MINOR,
+                                                        SALTMARROW_VERSION_PATCH);
+
+    saltmarrow::platform::QtDialogs dialogs;
+    saltmarrow::platform::BeepSounds sounds;
+    saltmarrow::QtErrorReporter errors(
+        sounds,
+        [] {
+            return std::string("saltmarrow has encountered an unexpected error.\r\n"
+                               "Please include the details below in any report.");
+        },
+        version);
+
+    saltmarrow::ShellEnvironment env;
+    env.appDir = QCoreApplication::applicationDirPath().toStdString();
+    env.commandLine = commandLine;
+    env.dialogs = &dialogs;
+    env.sounds = &sounds;
+    env.errors = &errors;
+    env.openDocument = [](const std::string &path) {
+        QDesktopServices::openUrl(QUrl::fromLocalFile(QString::fromStdString(path)));
+    };
+    env.terminate = [] { std::exit(1); };
+
+    saltmarrow::frmMain form(env);
+    dialogs.setOwner(&form);
+    errors.setOwner(&form);
+    form.Version = version;
+    bool started = false;
+    saltmarrow::guard(errors, "frmMain", "Form_Load", [&] { started = form.Form_Load(); }, env.terminate);
+    if (!started) return 0;
+    form.show();
     return QApplication::exec();
 }

@@ -1,0 +1,31 @@
+#include "platform/SystemInfo.h"
+
+#include <QLocale>
+#include <fstream>
+#include <sys/utsname.h>
+
+namespace saltmarrow::platform {
+
+std::string platformVersion() {
+    std::string kernel = "unknown";
+    utsname u{};
+    if (uname(&u) == 0) kernel = u.release;
+    std::string distribution;
+    std::ifstream os("/etc/os-release");
+    std::string line;
+    while (std::getline(os, line)) {
+        if (line.rfind("PRETTY_NAME=", 0) != 0) continue;
+        distribution = line.substr(12);
+        if (distribution.size() >= 2 && distribution.front() == '"' && distribution.back() == '"')
+            distribution = distribution.substr(1, distribution.size() - 2);
+    }
+    return kernel + "\t" + distribution;
+}
+
+std::string systemLanguageName() {
+    QLocale locale = QLocale::system();
+    if (locale.language() == QLocale::C) return "English";
+    return QLocale::languageToString(locale.language()).toStdString();
+}
+
+}  // namespace saltmarrow::platform

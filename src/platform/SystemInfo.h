@@ -1,0 +1,17 @@
+#ifndef SALTMARROW_PLATFORM_SYSTEMINFO_H
+#define SALTMARROW_PLATFORM_SYSTEMINFO_H
+
+#include <string>
+
+namespace saltmarrow::platform {
+
+// "6.1.0-18-amd64<TAB>Debian GNU/Linux 12 (bookworm)": kernel release, a tab
+// and the distribution's name, for the error report.
+std::string platformVersion();
+
+// English name of the user's language ("German" for de_DE), "English" if unknown.
+std::string systemLanguageName();
+
+}  // namespace saltmarrow::platform
+
+#endif

@@ -1,0 +1,181 @@
+#ifndef SALTMARROW_SHELL_FRMMAIN_H
+#define SALTMARROW_SHELL_FRMMAIN_H
+
+#include <QDateTime>
+#include <QMainWindow>
+#include <QPointer>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "exec/CommandRunner.h"
+
+class QAction;
+class QCheckBox;
+class QComboBox;
+class QGroupBox;
+class QLabel;
+class QLineEdit;
+class QMenu;
+class QProgressBar;
+class QPushButton;
+class QStatusBar;
+class QSystemTrayIcon;
+
+namespace saltmarrow {
+
+class ErrorReporter;
+class frmLog;
+class frmStartUp;
+namespace platform {
+class Dialogs;
+class Sounds;
+class SingleInstance;
+}  // namespace platform
+
+// What the main form gets from the program around it; tests hand in their
+// own dialogs, sounds and error reporter.
+struct ShellEnvironment {
+    std::string appDir;       // the program's folder
+    std::string commandLine;  // the arguments, as one line
+    platform::Dialogs *dialogs = nullptr;
+    platform::Sounds *sounds = nullptr;
+    ErrorReporter *errors = nullptr;
+    std::function<void(const std::string &)> openDocument;  // the desktop's handler
+    std::function<void()> terminate;                         // the error report's Terminate
+    bool showSplash = true;
+    bool singleInstance = true;  // tests of other things may run several forms at once
+};
+
+class frmMain : public QMainWindow {
+    Q_OBJECT
+public:
+    explicit frmMain(ShellEnvironment env);
+    ~frmMain() override;
+
+    // Start-up. False when a first instance took the command line over: then
+    // this instance ends at once.
+    bool Form_Load();
+
+    void ChangeCurrentMode(const std::string &mode) { currentMode = mode; }
+    // enable left out: only the button changes, the tagged controls stay.
+    void enableControls(std::optional<bool> enable, bool cancellable = false);
+    void showSettings(bool shown);
+    void autoHideSettings();
+    bool commandExecute(const std::string &command);
+    // The frame around one writing command: lock, run, read the flags, report.
+    void writeFrame(const std::string &command);
+    int MsgBoxOverMe(const std::string &text, int style, const std::string &title = {});
+    std::string msg(const std::string &key) const;
+    void setStatus(const std::string &text);
+    void parseCommand();
+    // Closing as the user would: false when the user stopped it.
+    bool queryUnload();
+    void Form_Unload();
+    // Where the program is started with "/langtemplate".
+    bool langTemplateRequested() const { return langTemplate_; }
+
+    // Output of objDOS: log file first, then the log window.
+    void objDOS_ReceiveOutputs(const std::string &line);
+    void objDOS_nullOutputs();
+
+    // State the rest of the program reads and sets.
+    std::string currentMode;
+    std::string commandLine;
+    bool formLoaded = false;
+    bool isNT = false;
+    bool secondInstance = false;
+    bool logDocked = true;
+    int collapsedHeight = 0;  // twips
+    int expandedHeight = 0;
+    std::string writeCaption;
+    std::string commandFile;
+    std::string mkisofsToc;
+    bool writeSucceeded = false;
+    bool writeFailed = false;
+    bool writeCancelled = false;
+    bool autoWritePending = false;
+    QDateTime writeStartTime;
+    std::string Version;
+    std::string strTempFolder;
+    std::string appDir;
+    CommandRunner runner;
+    std::function<void(bool mediumRemoved)> updateMediaInfo;  // the drive status refresh
+
+    // Controls, named as the language files know them.
+    QLineEdit *txtStatus;
+    QProgressBar *ProgressBar1;
+    QPushButton *cmdWrite;
+    QStatusBar *sbStatusBar;
+    QLabel *sbPanel[5];
+    QWidget *settingsArea;
+    QGroupBox *frameReader, *frameWriter, *frameOther;
+    QComboBox *cmbReaderDevice, *cmbParanoia, *cmbSubs;
+    QCheckBox *chkReadRaw, *chkSimpleTOC, *chkSwapAudio, *chkReadCDText;
+    QComboBox *cmbWriterDevice, *cmbSpeed, *cmbBuffers;
+    QLabel *lblSpeed, *lblBuffers, *lblParanoia, *lblSubs;
+    QCheckBox *ChkWriteDriverRaw, *chkEject, *chkBurnProof, *chkOverburn, *chkWriteCDText, *chkSimulate,
+        *chkMultiSession, *chkForce;
+    QCheckBox *chkDelImage, *chkAutoHide, *chkMinToTray, *chkCheckCUE, *chkUseSPTI;
+    QMenu *mnuFile, *mnuSettings, *mnuTools, *mnuReadCopy, *mnuMastering, *mnuHelp, *mnuSysTray;
+    QAction *mnuLoad, *mnuLog, *mnuExit;
+    QAction *mnuDeviceSettings, *mnuLanguages, *mnuConfirmWrite, *mnuMouseOver, *mnuOnTop;
+    QAction *mnuDeviceInfo, *mnuResetWriter, *mnuErase;
+    QAction *mnuReadCD, *mnuDDump, *mnuExtractTracks, *mnuCopyCD;
+    QAction *mnuAudioCD, *mnuDataCD, *mnuDataDVD, *mnuDVDVideo;
+    QAction *mnuHelpContents, *mnuExternal, *mnuDonate, *mnuAbout;
+    QAction *mnuRestore, *mnuDonate2, *mnuSysTrayAbout, *mnuSysTrayExit;
+    frmLog *log;
+    QSystemTrayIcon *cSysTray1 = nullptr;
+
+    // Handlers of the menu entries and buttons.
+    void cmdWrite_Click();
+    void mnuLoad_Click();
+    void mnuLog_Click();
+    void mnuDeviceSettings_Click();
+    void mnuOnTop_Click();
+    void mnuMouseOver_Click();
+    void mnuHelpContents_Click();
+    void mnuAbout_Click();
+    void mnuRestore_Click();
+    void placeLog();
+
+    // Heights in twips, as the window's outer size.
+    int heightTwips() const;
+    void setHeightTwips(int twips);
+    // The client height the layout needs, without the menu bar, in twips.
+    int scaleHeightTwips() const;
+
+    // Receives what a second instance handed over.
+    void receiveHandOver(const std::string &text);
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+    void changeEvent(QEvent *event) override;
+    void moveEvent(QMoveEvent *event) override;
+    void showEvent(QShowEvent *event) override;
+
+private:
+    void buildControls();
+    void buildMenus();
+    void connectHandlers();
+    void on(QObject *sender, const char *procedure, const std::function<void()> &handler);
+    void run(const char *procedure, const std::function<void()> &handler);
+    void splash(const std::string &text, int step);
+    void logMoved();
+    void applyOnTop();
+    void updateCaptionProgress();
+    void deleteImage();
+
+    ShellEnvironment env_;
+    bool langTemplate_ = false;
+    bool firstActivation_ = true;
+    bool busy_ = false;
+    std::unique_ptr<platform::SingleInstance> instance_;
+    QPointer<frmStartUp> startUp_;
+};
+
+}  // namespace saltmarrow
+
+#endif

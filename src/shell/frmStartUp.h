@@ -1,0 +1,37 @@
+#ifndef SALTMARROW_SHELL_FRMSTARTUP_H
+#define SALTMARROW_SHELL_FRMSTARTUP_H
+
+#include <QWidget>
+
+class QLabel;
+class QProgressBar;
+
+namespace saltmarrow {
+
+// The splash window while the program comes up.
+class frmStartUp : public QWidget {
+    Q_OBJECT
+public:
+    explicit frmStartUp(QWidget *parent = nullptr);
+    QLabel *imgProduct;
+    QLabel *lblStatus;
+    QProgressBar *prgStatus;
+};
+
+// The About box.
+class frmAbout : public QWidget {
+    Q_OBJECT
+public:
+    frmAbout(const QString &version, QWidget *parent = nullptr);
+    QLabel *lblTitle;
+    QLabel *lblVersion;
+    QLabel *lblPreRelease;
+    QLabel *lblDescription;
+};
+
+// The program's icon, drawn: a disc.
+QIcon productIcon();
+
+}  // namespace saltmarrow
+
+#endif
