@@ -649,7 +649,7 @@ void frmMain::mnuRestore_Click() {
 }
 
 void frmMain::updateCaptionProgress() {
-    if (!isWriteMode(currentMode)) return;
+    if (!busy_ || !isWriteMode(currentMode)) return;
     const std::string caption = progressCaption(ProgressBar1->value(), ProgressBar1->maximum(), "saltmarrow");
     setWindowTitle(q(caption));
     if (cSysTray1) cSysTray1->setToolTip(q(caption));
