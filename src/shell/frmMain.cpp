@@ -212,7 +212,7 @@ void frmMain::buildControls() {
     auto *settingsLayout = new QHBoxLayout(settingsArea);
     settingsLayout->setContentsMargins(0, 2, 0, 0);
     settingsLayout->addWidget(frameReader, 5);
-    settingsLayout->addWidget(frameWriter, 6);
+    settingsLayout->addWidget(frameWriter, 7);
     settingsLayout->addWidget(frameOther, 4);
 
     auto *top = new QHBoxLayout;
@@ -238,7 +238,7 @@ void frmMain::buildControls() {
         sbStatusBar->addPermanentWidget(sbPanel[i], stretch[i]);
     }
     setStatusBar(sbStatusBar);
-    setFixedWidth(660);
+    resize(700, height());
 }
 
 void frmMain::buildMenus() {
