@@ -28,6 +28,7 @@
 #include "exec/LogDocking.h"
 #include "exec/frmLog.h"
 #include "platform/Dialogs.h"
+#include "platform/MediumWatcher.h"
 #include "platform/SingleInstance.h"
 #include "platform/Sounds.h"
 #include "shell/WriteFrame.h"
@@ -433,6 +434,15 @@ bool frmMain::Form_Load() {
         });
     }
     log->txtOutputs->moveCursor(QTextCursor::End);
+
+    // A disc put in or taken out refreshes the drive status by itself.
+    new platform::MediumWatcher(
+        [this](bool removed) {
+            run("WindowProc", [&] {
+                if (updateMediaInfo) updateMediaInfo(removed);
+            });
+        },
+        this);
 
     formLoaded = true;
     enableControls(std::nullopt, false);

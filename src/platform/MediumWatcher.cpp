@@ -1,0 +1,37 @@
+#include "platform/MediumWatcher.h"
+
+#include <QDBusConnection>
+
+namespace saltmarrow::platform {
+
+std::optional<bool> mediumChange(int event) {
+    if (event == DBT_DEVICEARRIVAL) return false;
+    if (event == DBT_DEVICEREMOVECOMPLETE) return true;
+    return std::nullopt;
+}
+
+int udisksDriveEvent(const QString &interfaceName, const QVariantMap &changed) {
+    if (interfaceName != QLatin1String("org.freedesktop.UDisks2.Drive")) return 0;
+    auto it = changed.find(QStringLiteral("MediaAvailable"));
+    if (it == changed.end()) return 0;
+    return it->toBool() ? DBT_DEVICEARRIVAL : DBT_DEVICEREMOVECOMPLETE;
+}
+
+MediumWatcher::MediumWatcher(std::function<void(bool)> onChange, QObject *parent)
+    : QObject(parent), onChange_(std::move(onChange)) {
+    QDBusConnection bus = QDBusConnection::systemBus();
+    if (!bus.isConnected()) return;
+    listening_ = bus.connect(QStringLiteral("org.freedesktop.UDisks2"), QString(),
+                             QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("PropertiesChanged"),
+                             this, SLOT(propertiesChanged(QString, QVariantMap, QStringList)));
+}
+
+void MediumWatcher::deviceChange(int event) {
+    if (auto removed = mediumChange(event); removed && onChange_) onChange_(*removed);
+}
+
+void MediumWatcher::propertiesChanged(const QString &interfaceName, const QVariantMap &changed, const QStringList &) {
+    deviceChange(udisksDriveEvent(interfaceName, changed));
+}
+
+}  // namespace saltmarrow::platform
