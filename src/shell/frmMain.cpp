@@ -34,6 +34,7 @@
 #include "shell/WriteFrame.h"
 #include "shell/frmStartUp.h"
 #include "support/ErrorReport.h"
+#include "support/RuntimeError.h"
 #include "support/mdlFunctions.h"
 
 namespace saltmarrow {
@@ -385,9 +386,13 @@ bool frmMain::Form_Load() {
         splash("Starting...", 0);
     }
 
-    std::error_code ec;
-    std::filesystem::create_directories(appDir + "/external/TEMP", ec);
-    if (ec) throw std::runtime_error("cannot create " + appDir + "/external/TEMP: " + ec.message());
+    // A folder that cannot be made is reported; on Ignore start-up goes on
+    // without it and the tools that need it say so when used.
+    run("Form_Load", [&] {
+        std::error_code ec;
+        std::filesystem::create_directories(appDir + "/external/TEMP", ec);
+        if (ec) throw RuntimeError(err::PathNotFound, "Path not found: " + appDir + "/external/TEMP");
+    });
     splash("Looking for tools...", 1);
     commandFile = appDir + "/external/TEMP/command.bat";
     mkisofsToc = appDir + "/external/TEMP/mkisofs.toc";

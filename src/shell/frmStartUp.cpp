@@ -37,7 +37,7 @@ QIcon productIcon() {
     return icon;
 }
 
-frmStartUp::frmStartUp(QWidget *parent) : QWidget(parent, Qt::SplashScreen | Qt::WindowStaysOnTopHint) {
+frmStartUp::frmStartUp(QWidget *parent) : QWidget(parent, Qt::SplashScreen) {
     setObjectName("frmStartUp");
     imgProduct = new QLabel(this);
     imgProduct->setObjectName("imgProduct");

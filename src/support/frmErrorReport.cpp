@@ -75,6 +75,7 @@ bool QtErrorReporter::ErrorReport(int number, const std::string &description, co
                               errorReportText(number, description, module, procedure, line, appVersion_,
                                               platform::platformVersion()),
                               owner_);
+        dialog.raise();
         dialog.exec();
         goOn = dialog.goOn();
     } catch (...) {

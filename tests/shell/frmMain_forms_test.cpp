@@ -80,6 +80,17 @@ TEST(MainStartUp, LeavesAReadyPanel) {
     EXPECT_TRUE(h.errors.reports.empty());
 }
 
+TEST(MainStartUp, AFolderThatCannotBeMadeIsReportedAndStartUpGoesOn) {
+    ShellHarness h;
+    writeFile(h.appDir() + "/external", "a file where the tools folder belongs");
+    ASSERT_TRUE(h.form().Form_Load());
+    ASSERT_EQ(h.errors.reports.size(), 1u);
+    EXPECT_EQ(h.errors.reports[0].substr(0, 17), "76 Path not found");
+    EXPECT_NE(h.errors.reports[0].find("in frmMain:Form_Load"), std::string::npos);
+    EXPECT_TRUE(h.form().formLoaded);
+    EXPECT_EQ(h.form().cmbBuffers->count(), 6);
+}
+
 TEST(MainStartUp, AutoHideStartsCollapsedWhateverTheMenuSays) {
     ShellHarness h;
     frmMain &f = h.form();
