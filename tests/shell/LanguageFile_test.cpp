@@ -11,6 +11,7 @@
 namespace saltmarrow {
 namespace {
 
+using namespace std::string_literals;
 using test::readFile;
 using test::TempDir;
 using test::writeFile;
@@ -109,7 +110,7 @@ TEST(LanguageFile, FormSectionsKeepTheirTextAsWritten) {
 }
 
 TEST(LanguageFile, HostileFilesAreHarmless) {
-    std::string nul("[frmMain]\r\ncmdWrite=A\0B\r\n", 24);
+    std::string nul = "[frmMain]\r\ncmdWrite=A\0B\r\n"s;
     LanguageSection s = readLanguage(nul + "lbl=\xff\xfe\xc3\r\n" + std::string(1 << 20, 'k') + "=v\r\n" +
                                          "no equals\r\n[Global Messages]\r\nmsgX=1\r\nmsgX=2\r\n[frmMain]\r\n" +
                                          "cmdWrite=late\r\n[frmOther]\r\ncmdWrite=other\r\n",
