@@ -1,10 +1,11 @@
 #include "shell/AtomicFile.h"
 
-#include <cerrno>
 #include <fcntl.h>
-#include <filesystem>
 #include <sys/stat.h>
 #include <unistd.h>
+
+#include <cerrno>
+#include <filesystem>
 #include <vector>
 
 #include "support/RuntimeError.h"
@@ -17,12 +18,15 @@ constexpr int kDiskFull = 61;
 
 int errorNumberOf(int e) {
     switch (e) {
-    case ENOENT:
-    case ENOTDIR: return err::PathNotFound;
-    case ENOSPC:
-    case EDQUOT:
-    case EFBIG: return kDiskFull;
-    default: return err::PermissionDenied;
+        case ENOENT:
+        case ENOTDIR:
+            return err::PathNotFound;
+        case ENOSPC:
+        case EDQUOT:
+        case EFBIG:
+            return kDiskFull;
+        default:
+            return err::PermissionDenied;
     }
 }
 
@@ -61,7 +65,9 @@ private:
     bool kept_ = false;
 };
 
-[[noreturn]] void fail(int e) { raiseError(errorNumberOf(e)); }
+[[noreturn]] void fail(int e) {
+    raiseError(errorNumberOf(e));
+}
 
 }  // namespace
 

@@ -35,7 +35,9 @@ bool isSectionHeader(std::string_view line) {
 constexpr std::size_t kBoxWidth = 71;
 constexpr std::string_view kIndent = "    ";
 
-std::string boxRule() { return std::string(kIndent) + std::string(kBoxWidth - kIndent.size(), '#'); }
+std::string boxRule() {
+    return std::string(kIndent) + std::string(kBoxWidth - kIndent.size(), '#');
+}
 
 // "    #" + text, blanks up to the closing "#" (a text too long for the box
 // simply pushes it out).
@@ -48,19 +50,22 @@ std::string boxLine(std::string_view text) {
 constexpr std::string_view kGuidelinesTitle = "Guidelines for translating saltmarrow - Please Read";
 
 constexpr std::array<std::string_view, 10> kRules{{
-    "01. saltmarrow automatically generates a template language file for the current language if none already "
+    "01. saltmarrow automatically generates a template language file for the current language if none "
+    "already "
     "exists",
     "02. All strings are in the format: string name=local string",
     "03. Start a line with # if you wish to add commments",
     "04. The english should be kept for terminology that has no exact equivilent in your language",
     "05. For words that are not translated please keep them the same - ie, do not change 'saltmarrow' to "
     "'Saltmarrow'",
-    "06. Translate the strings as closely as possible - if you think a string could be improved then suggest the "
+    "06. Translate the strings as closely as possible - if you think a string could be improved then suggest "
+    "the "
     "change for all languages.",
     "07. <cr> means a carriage return (in global messages only)",
     "08. %n is used as a data marker - please do not remove it",
     "09. & is placed before the letter used for keyboard shortcuts",
-    "10. Send the finished file to the saltmarrow project's issue tracker so that it ships with the next release",
+    "10. Send the finished file to the saltmarrow project's issue tracker so that it ships with the next "
+    "release",
 }};
 
 constexpr std::array<std::string_view, 8> kUntranslated{{"", "-", ".", "..", ">|", "|<", ">>", "<<"}};
@@ -130,7 +135,8 @@ std::vector<std::string> availableLanguages(std::string_view appDir) {
     std::vector<std::string> names;
     std::error_code ec;
     fs::path folder = fs::path(std::string(appDir)) / "languages";
-    for (auto it = fs::directory_iterator(folder, ec); !ec && it != fs::directory_iterator(); it.increment(ec)) {
+    for (auto it = fs::directory_iterator(folder, ec); !ec && it != fs::directory_iterator();
+         it.increment(ec)) {
         const fs::path &p = it->path();
         if (p.extension() != ".txt" || !it->is_regular_file(ec)) continue;
         std::string name = p.stem().string();
@@ -177,7 +183,8 @@ std::string composeLanguageTemplate(std::string_view name, std::string_view date
     line("");
     line("");
     line(kGlobalMessages);
-    for (const std::string &key : messages.keys()) line(key + "=" + vb::Replace(messages.text(key), kCrLf, kLineBreakMark));
+    for (const std::string &key : messages.keys())
+        line(key + "=" + vb::Replace(messages.text(key), kCrLf, kLineBreakMark));
 
     for (const FormCaptions &form : forms) {
         if (form.formName == "frmAbout") continue;

@@ -30,7 +30,7 @@ struct CaptionLine {
 struct LanguageSection {
     std::vector<std::pair<std::string, std::string>> messages;  // in file order
     std::optional<std::string> formCaption;
-    std::vector<CaptionLine> captions;                           // in file order
+    std::vector<CaptionLine> captions;  // in file order
 };
 
 std::string languagePath(std::string_view appDir, std::string_view language);

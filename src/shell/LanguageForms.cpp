@@ -20,7 +20,9 @@ namespace saltmarrow {
 
 namespace {
 
-QString q(const std::string &s) { return QString::fromUtf8(s.data(), static_cast<qsizetype>(s.size())); }
+QString q(const std::string &s) {
+    return QString::fromUtf8(s.data(), static_cast<qsizetype>(s.size()));
+}
 
 // Objects Qt creates for its own use inside composite widgets.
 bool isOwnControl(const QObject *o) {
@@ -45,7 +47,7 @@ QMultiHash<QString, QObject *> controlsByName(QWidget *form) {
 }
 
 std::vector<QObject *> matching(const QMultiHash<QString, QObject *> &byName, const QString &name,
-                                 std::optional<int> index) {
+                                std::optional<int> index) {
     std::vector<QObject *> found;
     for (auto it = byName.constFind(name); it != byName.cend() && it.key() == name; ++it)
         if (!index || indexOf(it.value()) == index) found.push_back(it.value());
@@ -55,22 +57,34 @@ std::vector<QObject *> matching(const QMultiHash<QString, QObject *> &byName, co
 }  // namespace
 
 bool controlCaption(const QObject *control, QString &caption) {
-    if (auto *b = qobject_cast<const QAbstractButton *>(control)) caption = b->text();
-    else if (auto *l = qobject_cast<const QLabel *>(control)) caption = l->text();
-    else if (auto *g = qobject_cast<const QGroupBox *>(control)) caption = g->title();
-    else if (auto *m = qobject_cast<const QMenu *>(control)) caption = m->title();
-    else if (auto *a = qobject_cast<const QAction *>(control)) caption = a->text();
-    else return false;
+    if (auto *b = qobject_cast<const QAbstractButton *>(control))
+        caption = b->text();
+    else if (auto *l = qobject_cast<const QLabel *>(control))
+        caption = l->text();
+    else if (auto *g = qobject_cast<const QGroupBox *>(control))
+        caption = g->title();
+    else if (auto *m = qobject_cast<const QMenu *>(control))
+        caption = m->title();
+    else if (auto *a = qobject_cast<const QAction *>(control))
+        caption = a->text();
+    else
+        return false;
     return true;
 }
 
 bool setControlCaption(QObject *control, const QString &caption) {
-    if (auto *b = qobject_cast<QAbstractButton *>(control)) b->setText(caption);
-    else if (auto *l = qobject_cast<QLabel *>(control)) l->setText(caption);
-    else if (auto *g = qobject_cast<QGroupBox *>(control)) g->setTitle(caption);
-    else if (auto *m = qobject_cast<QMenu *>(control)) m->setTitle(caption);
-    else if (auto *a = qobject_cast<QAction *>(control)) a->setText(caption);
-    else return false;
+    if (auto *b = qobject_cast<QAbstractButton *>(control))
+        b->setText(caption);
+    else if (auto *l = qobject_cast<QLabel *>(control))
+        l->setText(caption);
+    else if (auto *g = qobject_cast<QGroupBox *>(control))
+        g->setTitle(caption);
+    else if (auto *m = qobject_cast<QMenu *>(control))
+        m->setTitle(caption);
+    else if (auto *a = qobject_cast<QAction *>(control))
+        a->setText(caption);
+    else
+        return false;
     return true;
 }
 
@@ -89,19 +103,23 @@ bool applyLanguage(QWidget *form, bool messagesToo, const std::string &language,
     for (const CaptionLine &line : section.captions) {
         const QString caption = q(line.caption);
         // A named control without a caption is passed over; the next line goes on.
-        for (QObject *control : matching(byName, q(line.control), line.index)) setControlCaption(control, caption);
+        for (QObject *control : matching(byName, q(line.control), line.index))
+            setControlCaption(control, caption);
     }
     return true;
 }
 
-void enableTooltips(QWidget *form, bool shown, const MessageTable &messages, std::span<const TooltipRow> rows) {
+void enableTooltips(QWidget *form, bool shown, const MessageTable &messages,
+                    std::span<const TooltipRow> rows) {
     const auto byName = controlsByName(form);
     for (const TooltipRow &row : rows) {
         std::optional<int> index = row.index ? std::optional<int>(row.index) : std::nullopt;
         const QString tip = shown ? q(messages.text(row.key)) : QString();
         for (QObject *o : matching(byName, q(std::string(row.control)), index)) {
-            if (auto *w = qobject_cast<QWidget *>(o)) w->setToolTip(tip);
-            else if (auto *a = qobject_cast<QAction *>(o)) a->setToolTip(tip);
+            if (auto *w = qobject_cast<QWidget *>(o))
+                w->setToolTip(tip);
+            else if (auto *a = qobject_cast<QAction *>(o))
+                a->setToolTip(tip);
         }
     }
 }
@@ -118,8 +136,9 @@ FormCaptions collectCaptions(const QWidget *form) {
     return captions;
 }
 
-void writeLanguageTemplate(const std::string &appDir, const std::string &name, const std::vector<QWidget *> &forms,
-                           const MessageTable &messages, const std::string &version) {
+void writeLanguageTemplate(const std::string &appDir, const std::string &name,
+                           const std::vector<QWidget *> &forms, const MessageTable &messages,
+                           const std::string &version) {
     std::vector<FormCaptions> captions;
     for (const QWidget *form : forms) captions.push_back(collectCaptions(form));
     const std::string date =

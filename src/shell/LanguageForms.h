@@ -38,8 +38,9 @@ FormCaptions collectCaptions(const QWidget *form);
 
 // Writes <appDir>/languages/<name>.txt for the forms given (the loaded ones),
 // dated today. Raises a RuntimeError if the file cannot be written.
-void writeLanguageTemplate(const std::string &appDir, const std::string &name, const std::vector<QWidget *> &forms,
-                           const MessageTable &messages, const std::string &version);
+void writeLanguageTemplate(const std::string &appDir, const std::string &name,
+                           const std::vector<QWidget *> &forms, const MessageTable &messages,
+                           const std::string &version);
 
 }  // namespace saltmarrow
 

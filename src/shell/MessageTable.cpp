@@ -73,10 +73,13 @@ constexpr std::array<DefaultMessage, 257> kDefaultMessages{{
     {"msgProDVDASPI", "An ASPI layer is required to use ProDVD"},
     {"msgConfirmQuit", "saltmarrow will now quit."},
     // Two-line texts: the line break is CR LF, as in every text of this table.
-    {"msgSimulationReload", "If a simulation has been ran before you may need\r\nto reload the medium to get accurate information."},
-    {"msgCheckDriveEmpty", "Please ensure the drive is empty and press OK.\r\nsaltmarrow will now test this drive's capabilities."},
+    {"msgSimulationReload",
+     "If a simulation has been ran before you may need\r\nto reload the medium to get accurate information."},
+    {"msgCheckDriveEmpty",
+     "Please ensure the drive is empty and press OK.\r\nsaltmarrow will now test this drive's capabilities."},
     // The error report puts the product's name in front of this text itself.
-    {"msgErrorReport", " has encountered an unexpected error.\r\nPlease include the details below in any report."},
+    {"msgErrorReport",
+     " has encountered an unexpected error.\r\nPlease include the details below in any report."},
     {"cmbNoChecking", "No Checking"},
     {"cmbOverlapRead", "Overlap Reading"},
     {"cmbAdditionalChecks", "Additional Checks"},
@@ -171,7 +174,8 @@ constexpr std::array<DefaultMessage, 257> kDefaultMessages{{
     {"extMkisofs", "for iso creation"},
     {"extWaveGain", "for ReplayGain"},
     {"extMadPlay", "for mp3 decoding"},
-    {"msgSplitTrackHelp", "Enter track lengths as mm:ss:ff and separated with a space.  Erroneous data is ignored."},
+    {"msgSplitTrackHelp",
+     "Enter track lengths as mm:ss:ff and separated with a space.  Erroneous data is ignored."},
     {"msgFilterTracks", "Filter selected tracks only?"},
     {"msgAddTracks", "Please add some tracks to write!"},
     {"msgOver80Mins", "CD Length exceeds 80 minutes, continue?"},
@@ -278,13 +282,17 @@ constexpr std::array<DefaultMessage, 257> kDefaultMessages{{
 
 }  // namespace
 
-MessageTable::MessageTable() { fillDefaults(); }
+MessageTable::MessageTable() {
+    fillDefaults();
+}
 
 void MessageTable::fillDefaults() {
     for (const auto &row : kDefaultMessages) set(std::string(row.key), std::string(row.text));
 }
 
-std::size_t MessageTable::defaultCount() { return kDefaultMessages.size(); }
+std::size_t MessageTable::defaultCount() {
+    return kDefaultMessages.size();
+}
 
 const std::string &MessageTable::text(std::string_view key) const {
     static const std::string empty;
@@ -292,7 +300,9 @@ const std::string &MessageTable::text(std::string_view key) const {
     return it == texts_.end() ? empty : it->second;
 }
 
-bool MessageTable::contains(std::string_view key) const { return texts_.find(key) != texts_.end(); }
+bool MessageTable::contains(std::string_view key) const {
+    return texts_.find(key) != texts_.end();
+}
 
 void MessageTable::set(const std::string &key, std::string text) {
     auto [it, added] = texts_.insert_or_assign(key, std::move(text));
@@ -300,7 +310,8 @@ void MessageTable::set(const std::string &key, std::string text) {
     if (added) order_.push_back(key);
 }
 
-std::string MessageTable::format(std::string_view key, std::string_view first, std::string_view second) const {
+std::string MessageTable::format(std::string_view key, std::string_view first,
+                                 std::string_view second) const {
     // One pass, so that a file name holding "%2" is not taken for a marker.
     const std::string &pattern = text(key);
     std::string out;

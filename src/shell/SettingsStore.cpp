@@ -17,17 +17,23 @@ namespace {
 constexpr std::string_view kCrLf = "\r\n";
 
 // Keys whose value is a device key, kept as the text it is.
-bool isDeviceSelection(std::string_view key) { return key == "WriterDevice" || key == "ReaderDevice"; }
+bool isDeviceSelection(std::string_view key) {
+    return key == "WriterDevice" || key == "ReaderDevice";
+}
 
 // The file's canonical text of a value of the given form; raises 13/6 for a
 // value that is not of that form.
 std::string canonical(SettingForm form, std::string_view value) {
     switch (form) {
-    case SettingForm::Int: return value.empty() ? "0" : std::to_string(vb::CInt(value));
-    case SettingForm::Bool: return value.empty() ? "False" : booleanText(textToBoolean(value));
-    case SettingForm::Real: return singleText(vb::Val(value));
-    case SettingForm::Text:
-    case SettingForm::Fields: return std::string(value);
+        case SettingForm::Int:
+            return value.empty() ? "0" : std::to_string(vb::CInt(value));
+        case SettingForm::Bool:
+            return value.empty() ? "False" : booleanText(textToBoolean(value));
+        case SettingForm::Real:
+            return singleText(vb::Val(value));
+        case SettingForm::Text:
+        case SettingForm::Fields:
+            return std::string(value);
     }
     return std::string(value);
 }
@@ -89,7 +95,9 @@ std::string joinFields(std::initializer_list<std::string_view> fields) {
     return out;
 }
 
-const std::string &deviceId(const DeviceInfo &d, bool useSPTI) { return useSPTI ? d.SPTIDeviceID : d.ASPIDeviceID; }
+const std::string &deviceId(const DeviceInfo &d, bool useSPTI) {
+    return useSPTI ? d.SPTIDeviceID : d.ASPIDeviceID;
+}
 
 // Ids are "b,t,l": an entry of a device list begins with its device's id.
 bool entryHasId(std::string_view entry, std::string_view id) {
@@ -108,7 +116,9 @@ bool textToBoolean(std::string_view text) {
     raiseError(err::TypeMismatch);
 }
 
-std::string booleanText(bool value) { return value ? "True" : "False"; }
+std::string booleanText(bool value) {
+    return value ? "True" : "False";
+}
 
 std::string singleText(double value) {
     // Seven significant digits, as the text of a single-precision number.
@@ -124,7 +134,9 @@ std::string singleText(double value) {
 // place of the system (/tmp may live in memory, too small for a disc of wave
 // files). It is a folder of the program's own, since shutdown offers to delete
 // the folder with everything in it.
-std::string defaultTempFolder() { return "/var/tmp/saltmarrow"; }
+std::string defaultTempFolder() {
+    return "/var/tmp/saltmarrow";
+}
 
 // Extracted tracks went to the root of the program's drive; the root here is
 // not the user's to write to, the home folder is.
@@ -143,14 +155,16 @@ std::string settingsPath(std::string_view appDir) {
 
 // --- Settings -----------------------------------------------------------------
 
-Settings::Settings() { setDefaults(); }
+Settings::Settings() {
+    setDefaults();
+}
 
 void Settings::setDefaults() {
     values_.clear();
     legacyRead_.clear();
     for (const auto &r : kSettingsTable)
-        values_[std::string(r.key)] = isDeviceSelection(r.key) ? std::string(r.defaultValue)
-                                                               : canonical(r.form, r.defaultValue);
+        values_[std::string(r.key)] =
+            isDeviceSelection(r.key) ? std::string(r.defaultValue) : canonical(r.form, r.defaultValue);
     for (const auto &r : kLegacySettings) values_[std::string(r.key)] = canonical(r.form, r.defaultValue);
     values_["TempFolder"] = defaultTempFolder();
     values_["MRUExtract"] = defaultExtractFolder();
@@ -168,7 +182,9 @@ const LegacySettingRow *Settings::legacyRow(std::string_view key) {
     return nullptr;
 }
 
-bool Settings::isKnown(std::string_view key) { return row(key) || legacyRow(key); }
+bool Settings::isKnown(std::string_view key) {
+    return row(key) || legacyRow(key);
+}
 
 std::string &Settings::slot(std::string_view key) {
     auto it = values_.find(key);
@@ -177,7 +193,9 @@ std::string &Settings::slot(std::string_view key) {
     return it->second;
 }
 
-const std::string &Settings::text(std::string_view key) const { return const_cast<Settings *>(this)->slot(key); }
+const std::string &Settings::text(std::string_view key) const {
+    return const_cast<Settings *>(this)->slot(key);
+}
 
 bool Settings::boolean(std::string_view key) const {
     const std::string &v = text(key);
@@ -189,12 +207,22 @@ std::int16_t Settings::integer(std::string_view key) const {
     return v.empty() ? 0 : vb::CInt(v);
 }
 
-double Settings::real(std::string_view key) const { return vb::Val(text(key)); }
+double Settings::real(std::string_view key) const {
+    return vb::Val(text(key));
+}
 
-void Settings::setText(std::string_view key, std::string value) { slot(key) = std::move(value); }
-void Settings::setBoolean(std::string_view key, bool value) { slot(key) = booleanText(value); }
-void Settings::setInteger(std::string_view key, int value) { slot(key) = std::to_string(value); }
-void Settings::setReal(std::string_view key, double value) { slot(key) = singleText(value); }
+void Settings::setText(std::string_view key, std::string value) {
+    slot(key) = std::move(value);
+}
+void Settings::setBoolean(std::string_view key, bool value) {
+    slot(key) = booleanText(value);
+}
+void Settings::setInteger(std::string_view key, int value) {
+    slot(key) = std::to_string(value);
+}
+void Settings::setReal(std::string_view key, double value) {
+    slot(key) = singleText(value);
+}
 
 bool Settings::wasRead(std::string_view legacyKey) const {
     auto it = legacyRead_.find(legacyKey);
@@ -289,8 +317,9 @@ std::string composeSettings(const Settings &settings, const DeviceTable &devices
         const std::string key(r.key);
         if (r.key == "Device") {
             for (const DeviceInfo &d : devices.Items())
-                line(key + "=" + joinFields({d.DeviceNumber, d.DeviceName, d.Driver, d.DriverOptions,
-                                             booleanText(d.isWriter), d.ReaderOptions, d.WriterOptions}));
+                line(key + "=" +
+                     joinFields({d.DeviceNumber, d.DeviceName, d.Driver, d.DriverOptions,
+                                 booleanText(d.isWriter), d.ReaderOptions, d.WriterOptions}));
         } else if (r.key == "EncoderSettings") {
             for (const auto &e : encoders->rows) line(key + "=" + joinFields({e[0], e[1], e[2], e[3], e[4]}));
         } else if (isDeviceSelection(r.key)) {
@@ -302,8 +331,8 @@ std::string composeSettings(const Settings &settings, const DeviceTable &devices
     return out;
 }
 
-void saveSettings(const std::string &path, bool formLoaded, const Settings &settings, const DeviceTable &devices,
-                  const std::optional<EncoderTable> &encoders) {
+void saveSettings(const std::string &path, bool formLoaded, const Settings &settings,
+                  const DeviceTable &devices, const std::optional<EncoderTable> &encoders) {
     if (!formLoaded) return;
     // Composed in full first: a bad value raises before the old file is touched.
     std::string bytes = composeSettings(settings, devices, encoders);

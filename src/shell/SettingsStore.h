@@ -202,9 +202,9 @@ std::string defaultTempFolder();
 std::string defaultExtractFolder();
 
 // Conversions of the file's notation.
-bool textToBoolean(std::string_view text);   // "True"/"False" any case, or a number; else error 13
-std::string booleanText(bool value);         // "True" / "False"
-std::string singleText(double value);        // shortest text of a single-precision number
+bool textToBoolean(std::string_view text);  // "True"/"False" any case, or a number; else error 13
+std::string booleanText(bool value);        // "True" / "False"
+std::string singleText(double value);       // shortest text of a single-precision number
 
 // What loading needs from the main form.
 struct LoadContext {
@@ -246,8 +246,8 @@ std::string composeSettings(const Settings &settings, const DeviceTable &devices
 // renamed over it, so a full disk or a crash never leaves half a file. A file
 // or folder that cannot be written raises a RuntimeError and the old file is
 // left untouched.
-void saveSettings(const std::string &path, bool formLoaded, const Settings &settings, const DeviceTable &devices,
-                  const std::optional<EncoderTable> &encoders);
+void saveSettings(const std::string &path, bool formLoaded, const Settings &settings,
+                  const DeviceTable &devices, const std::optional<EncoderTable> &encoders);
 
 // The selection helpers of the two device lists: the key of the device whose
 // id the entry starts with, and the entry that starts with the id of the

@@ -19,7 +19,8 @@ bool toolFileExists(const std::string &path) {
 std::string ToolRegistry::findExternal(std::string_view relativePath, bool complain) const {
     std::string path = appDir_ + std::string(relativePath);
     if (toolFileExists(path)) return path;
-    if (complain) dialogs_.MsgBoxOverMe(messages_.format("msgNotFound", relativePath), platform::mb::Exclamation, "");
+    if (complain)
+        dialogs_.MsgBoxOverMe(messages_.format("msgNotFound", relativePath), platform::mb::Exclamation, "");
     return {};
 }
 
@@ -34,7 +35,9 @@ ToolPaths ToolRegistry::resolveTools() const {
     return paths;
 }
 
-void ToolRegistry::applyProDVD(ToolPaths &paths) const { paths.strdvdrecord = findExternal(kProDVDPath, false); }
+void ToolRegistry::applyProDVD(ToolPaths &paths) const {
+    paths.strdvdrecord = findExternal(kProDVDPath, false);
+}
 
 std::string cygwinRootFrom(std::string_view foundPath) {
     std::string p = vb::Replace(vb::Replace(foundPath, ":", ""), "\\", "/");

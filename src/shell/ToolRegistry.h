@@ -17,7 +17,7 @@ struct ToolPaths {
     std::string strMkisofs;
     std::string cygwinRoot;  // the tools' runtime root on Windows; always empty here
     std::string strToc2Cue;
-    std::string strLame;     // the mp3 decoder (madplay), named as it always was
+    std::string strLame;  // the mp3 decoder (madplay), named as it always was
     std::string strOGG;
     std::string strFLAC;
     std::string strMAC;
@@ -36,7 +36,7 @@ inline constexpr bool kToolsNeedCygwin = false;
 struct ExternalToolRow {
     std::string_view relativePath;  // below the program folder
     std::string ToolPaths::*field;
-    bool complain;                  // a missing tool is reported at start
+    bool complain;  // a missing tool is reported at start
     bool windowsOnly;
 };
 

@@ -54,8 +54,8 @@ frmLanguage::frmLanguage(std::string appDir, const std::string &currentLanguage,
 void frmLanguage::cmdOK_Click() {
     QListWidgetItem *item = listLanguage->currentItem();
     if (!item) return;
-    if (dialogs_.MsgBoxOverMe(messages_.text("msgConfirmQuit"), platform::mb::Information | platform::mb::OKCancel,
-                              "") != platform::mb::OK) {
+    if (dialogs_.MsgBoxOverMe(messages_.text("msgConfirmQuit"),
+                              platform::mb::Information | platform::mb::OKCancel, "") != platform::mb::OK) {
         reject();
         return;
     }
@@ -63,7 +63,9 @@ void frmLanguage::cmdOK_Click() {
     accept();
 }
 
-void frmLanguage::cmdCancel_Click() { reject(); }
+void frmLanguage::cmdCancel_Click() {
+    reject();
+}
 
 std::optional<std::string> frmLanguage::choose(QWidget *mainForm) {
     if (mainForm) {

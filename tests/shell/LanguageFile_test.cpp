@@ -1,7 +1,8 @@
 #include "shell/LanguageFile.h"
 
-#include <filesystem>
 #include <gtest/gtest.h>
+
+#include <filesystem>
 #include <set>
 
 #include "shell/MessageTable.h"
@@ -18,7 +19,8 @@ using test::writeFile;
 
 std::size_t count(std::string_view text, std::string_view what) {
     std::size_t n = 0;
-    for (std::size_t p = text.find(what); p != std::string_view::npos; p = text.find(what, p + what.size())) ++n;
+    for (std::size_t p = text.find(what); p != std::string_view::npos; p = text.find(what, p + what.size()))
+        ++n;
     return n;
 }
 
@@ -33,9 +35,11 @@ TEST(MessageTable, HoldsTheProgramsTextsInTheirOrder) {
     EXPECT_EQ(m["msgDeleteTemp"], "Delete tempory folder: ");
     EXPECT_EQ(m["msgConfirmQuit"], "saltmarrow will now quit.");
     EXPECT_EQ(m["msgCheckDriveEmpty"],
-              "Please ensure the drive is empty and press OK.\r\nsaltmarrow will now test this drive's capabilities.");
+              "Please ensure the drive is empty and press OK.\r\nsaltmarrow will now test this drive's "
+              "capabilities.");
     EXPECT_EQ(m["msgSimulationReload"],
-              "If a simulation has been ran before you may need\r\nto reload the medium to get accurate information.");
+              "If a simulation has been ran before you may need\r\nto reload the medium to get accurate "
+              "information.");
     // Line breaks are CR LF, never a bare LF.
     for (const std::string &key : m.keys()) EXPECT_EQ(count(m[key], "\n"), count(m[key], "\r\n")) << key;
     EXPECT_EQ(m["no such key"], "");
@@ -90,8 +94,8 @@ TEST(LanguageFile, SectionsOfTheFile) {
 TEST(LanguageFile, FormSectionsKeepTheirTextAsWritten) {
     const std::string file =
         "[frmMain]\r\n"
-        "frmMain=Something Else\r\n"       // the main form keeps its caption
-        "lblInfo=Zeile<cr>noch eine\r\n"   // "<cr>" holds in global messages only
+        "frmMain=Something Else\r\n"      // the main form keeps its caption
+        "lblInfo=Zeile<cr>noch eine\r\n"  // "<cr>" holds in global messages only
         "optMode(2)=Zwei\r\n"
         "optMode(x=Kaputt\r\n"
         "cmdGo=Los=jetzt\r\n"
@@ -111,10 +115,11 @@ TEST(LanguageFile, FormSectionsKeepTheirTextAsWritten) {
 
 TEST(LanguageFile, HostileFilesAreHarmless) {
     std::string nul = "[frmMain]\r\ncmdWrite=A\0B\r\n"s;
-    LanguageSection s = readLanguage(nul + "lbl=\xff\xfe\xc3\r\n" + std::string(1 << 20, 'k') + "=v\r\n" +
-                                         "no equals\r\n[Global Messages]\r\nmsgX=1\r\nmsgX=2\r\n[frmMain]\r\n" +
-                                         "cmdWrite=late\r\n[frmOther]\r\ncmdWrite=other\r\n",
-                                     "frmMain", true);
+    LanguageSection s =
+        readLanguage(nul + "lbl=\xff\xfe\xc3\r\n" + std::string(1 << 20, 'k') + "=v\r\n" +
+                         "no equals\r\n[Global Messages]\r\nmsgX=1\r\nmsgX=2\r\n[frmMain]\r\n" +
+                         "cmdWrite=late\r\n[frmOther]\r\ncmdWrite=other\r\n",
+                     "frmMain", true);
     ASSERT_GE(s.captions.size(), 3u);
     EXPECT_EQ(s.captions[0].caption, std::string("A\0B", 3));
     EXPECT_EQ(s.captions[1].caption, "\xff\xfe\xc3");
@@ -131,7 +136,9 @@ TEST(LanguageFile, HostileFilesAreHarmless) {
 
 TEST(LanguageFile, TemplateLayout) {
     MessageTable m;
-    FormCaptions main{"frmMain", "saltmarrow", {{"cmdWrite", std::nullopt, "&Write"}, {"lblHidden", std::nullopt, "x[dis]"}}};
+    FormCaptions main{"frmMain",
+                      "saltmarrow",
+                      {{"cmdWrite", std::nullopt, "&Write"}, {"lblHidden", std::nullopt, "x[dis]"}}};
     FormCaptions data{"frmDataCD",
                       "Data CD Mastering",
                       {{"cmdUp", std::nullopt, ".."},
@@ -167,8 +174,9 @@ TEST(LanguageFile, TemplateLayout) {
     // Two blank lines, then the messages in table order with <cr>.
     std::size_t global = t.find("\r\n\r\n\r\n[Global Messages]\r\nmsgWriteProgress=Wrote %1 of %2 MB\r\n");
     ASSERT_NE(global, std::string::npos);
-    EXPECT_NE(t.find("\r\nmsgCheckDriveEmpty=Please ensure the drive is empty and press OK.<cr>saltmarrow will"),
-              std::string::npos);
+    EXPECT_NE(
+        t.find("\r\nmsgCheckDriveEmpty=Please ensure the drive is empty and press OK.<cr>saltmarrow will"),
+        std::string::npos);
     std::size_t last = 0;
     for (const std::string &key : m.keys()) {
         std::size_t at = t.find("\r\n" + key + "=");
@@ -231,14 +239,17 @@ TEST(LanguageFile, GermanTranslationIsComplete) {
     std::set<std::string> named;
     for (const CaptionLine &c : german.captions) named.insert(c.control);
     for (std::string_view control :
-         {"mnuFile", "mnuLoad", "mnuLog", "mnuExit", "mnuSettings", "mnuDeviceSettings", "mnuLanguages",
-          "mnuConfirmWrite", "mnuMouseOver", "mnuOnTop", "mnuTools", "mnuDeviceInfo", "mnuResetWriter", "mnuErase",
-          "mnuReadCopy", "mnuReadCD", "mnuDDump", "mnuExtractTracks", "mnuCopyCD", "mnuMastering", "mnuAudioCD",
-          "mnuDataCD", "mnuDataDVD", "mnuDVDVideo", "mnuHelp", "mnuHelpContents", "mnuExternal", "mnuDonate",
-          "mnuAbout", "mnuRestore", "mnuDonate2", "mnuSysTrayAbout", "mnuSysTrayExit", "frameReader", "chkReadRaw",
-          "chkSimpleTOC", "chkSwapAudio", "chkReadCDText", "frameWriter", "ChkWriteDriverRaw", "chkEject",
-          "chkBurnProof", "chkOverburn", "chkWriteCDText", "chkSimulate", "chkMultiSession", "chkForce",
-          "frameOther", "chkDelImage", "chkAutoHide", "chkMinToTray", "chkCheckCUE", "chkUseSPTI", "cmdWrite"})
+         {"mnuFile",           "mnuLoad",         "mnuLog",           "mnuExit",        "mnuSettings",
+          "mnuDeviceSettings", "mnuLanguages",    "mnuConfirmWrite",  "mnuMouseOver",   "mnuOnTop",
+          "mnuTools",          "mnuDeviceInfo",   "mnuResetWriter",   "mnuErase",       "mnuReadCopy",
+          "mnuReadCD",         "mnuDDump",        "mnuExtractTracks", "mnuCopyCD",      "mnuMastering",
+          "mnuAudioCD",        "mnuDataCD",       "mnuDataDVD",       "mnuDVDVideo",    "mnuHelp",
+          "mnuHelpContents",   "mnuExternal",     "mnuDonate",        "mnuAbout",       "mnuRestore",
+          "mnuDonate2",        "mnuSysTrayAbout", "mnuSysTrayExit",   "frameReader",    "chkReadRaw",
+          "chkSimpleTOC",      "chkSwapAudio",    "chkReadCDText",    "frameWriter",    "ChkWriteDriverRaw",
+          "chkEject",          "chkBurnProof",    "chkOverburn",      "chkWriteCDText", "chkSimulate",
+          "chkMultiSession",   "chkForce",        "frameOther",       "chkDelImage",    "chkAutoHide",
+          "chkMinToTray",      "chkCheckCUE",     "chkUseSPTI",       "cmdWrite"})
         EXPECT_TRUE(named.count(std::string(control))) << control;
 }
 

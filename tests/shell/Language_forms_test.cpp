@@ -1,3 +1,5 @@
+#include <gtest/gtest.h>
+
 #include <QAction>
 #include <QCheckBox>
 #include <QComboBox>
@@ -14,7 +16,6 @@
 #include <QStatusBar>
 #include <QVBoxLayout>
 #include <filesystem>
-#include <gtest/gtest.h>
 #include <map>
 #include <memory>
 
@@ -33,7 +34,9 @@ using test::TempDir;
 using test::writeFile;
 namespace fs = std::filesystem;
 
-QString q(std::string_view s) { return QString::fromUtf8(s.data(), static_cast<qsizetype>(s.size())); }
+QString q(std::string_view s) {
+    return QString::fromUtf8(s.data(), static_cast<qsizetype>(s.size()));
+}
 
 struct MenuEntry {
     const char *name;
@@ -55,7 +58,9 @@ struct Frame {
 // button carry the main form's names and English captions.
 std::unique_ptr<QMainWindow> mainFormLike() {
     static const std::vector<Menu> menus{
-        {"mnuFile", "&File", {{"mnuLoad", "Load &New Image..."}, {"mnuLog", "View Command &Log"}, {"mnuExit", "E&xit"}}},
+        {"mnuFile",
+         "&File",
+         {{"mnuLoad", "Load &New Image..."}, {"mnuLog", "View Command &Log"}, {"mnuExit", "E&xit"}}},
         {"mnuSettings",
          "&Settings",
          {{"mnuDeviceSettings", "Device &Settings"},
@@ -65,7 +70,9 @@ std::unique_ptr<QMainWindow> mainFormLike() {
           {"mnuOnTop", "Always on &Top"}}},
         {"mnuTools",
          "&Tools",
-         {{"mnuDeviceInfo", "&Device Info..."}, {"mnuResetWriter", "&Reset Writer"}, {"mnuErase", "&Erase Disc..."}}},
+         {{"mnuDeviceInfo", "&Device Info..."},
+          {"mnuResetWriter", "&Reset Writer"},
+          {"mnuErase", "&Erase Disc..."}}},
         {"mnuReadCopy",
          "&Read/Copy",
          {{"mnuReadCD", "&Read to Image"},
@@ -125,7 +132,7 @@ std::unique_ptr<QMainWindow> mainFormLike() {
     form->setWindowTitle("saltmarrow");
     for (const Menu &m : menus) {
         auto *menu = m.name == std::string_view("mnuSysTray") ? new QMenu(form.get())
-                                                                : form->menuBar()->addMenu(m.caption);
+                                                              : form->menuBar()->addMenu(m.caption);
         menu->setObjectName(m.name);
         for (const MenuEntry &e : m.entries) {
             QAction *a = menu->addAction(e.caption);
@@ -188,7 +195,8 @@ struct AppWithGerman {
     TempDir dir;
     AppWithGerman() {
         fs::create_directories(dir.file("languages"));
-        fs::copy_file(std::string(SALTMARROW_APP_DIR) + "/languages/German.txt", dir.file("languages/German.txt"));
+        fs::copy_file(std::string(SALTMARROW_APP_DIR) + "/languages/German.txt",
+                      dir.file("languages/German.txt"));
     }
     std::string path() const { return dir.path(); }
 };
@@ -272,10 +280,10 @@ TEST(LanguageForms, TemplateWrittenAndReadBackGivesTheCaptionsAgain) {
     EXPECT_EQ(dataAfter.at("optLevel(0)"), "Level 1");
     EXPECT_EQ(dataAfter.at("optLevel(2)"), "Level 3");
     EXPECT_EQ(dataAfter.at("cmdAdd"), "&Add");
-    EXPECT_EQ(dataAfter.at("cmdNext"), "scrambled");    // left out of the template
+    EXPECT_EQ(dataAfter.at("cmdNext"), "scrambled");  // left out of the template
     EXPECT_EQ(dataAfter.at("lblHidden"), "scrambled");
     EXPECT_EQ(data.windowTitle(), "Data CD Mastering");
-    EXPECT_EQ(main->windowTitle(), "scrambled");       // the main form's caption is not in the file
+    EXPECT_EQ(main->windowTitle(), "scrambled");  // the main form's caption is not in the file
     for (const std::string &key : messages.keys()) EXPECT_EQ(scrambled[key], messages[key]) << key;
     EXPECT_EQ(dataBefore.size(), dataAfter.size());
 }
@@ -285,7 +293,7 @@ TEST(LanguageForms, EdgeCasesOfApplying) {
     fs::create_directories(app.file("languages"));
     writeFile(app.file("languages/Test.txt"),
               "[frmMain]\r\n"
-              "cmbSpeed=no caption to set\r\n"   // passed over, the next line still counts
+              "cmbSpeed=no caption to set\r\n"  // passed over, the next line still counts
               "cmdWrite=Line<cr>two\r\n"
               "chkSimulate=Sim = on\r\n"
               "noSuchControl=x\r\n"
@@ -310,7 +318,8 @@ TEST(LanguageForms, EdgeCasesOfApplying) {
 
     // Bytes no translator meant: still a start, with what could be read.
     std::string hostile = "[frmMain]\r\ncmdWrite=A\0B\r\nchkEject=\xff\xfe\r\n"s;
-    hostile += "chkForce=" + std::string(1 << 20, 'f') + "\r\n=\r\n[\r\n]\r\n[Global Messages]\r\nmsgDone=1\r\nmsgDone=2\r\n";
+    hostile += "chkForce=" + std::string(1 << 20, 'f') +
+               "\r\n=\r\n[\r\n]\r\n[Global Messages]\r\nmsgDone=1\r\nmsgDone=2\r\n";
     writeFile(app.file("languages/Hostile.txt"), hostile);
     ASSERT_TRUE(applyLanguage(form.get(), true, "Hostile", messages, app.path()));
     EXPECT_EQ(form->findChild<QPushButton *>("cmdWrite")->text(), QString::fromUtf8("A\0B", 3));
@@ -326,7 +335,8 @@ TEST(LanguageForms, TooltipsOnAndOff) {
     EXPECT_EQ(form->findChild<QCheckBox *>("chkSimulate")->toolTip(), "Simuliert");
     EXPECT_EQ(form->findChild<QComboBox *>("cmbWriterDevice")->toolTip(), "Selected Write Device");
     for (QLabel *panel : form->findChildren<QLabel *>("sbStatusBar")) {
-        const TooltipRow &row = kMainTooltips[std::size(kMainTooltips) - 6 + panel->property("index").toInt()];
+        const TooltipRow &row =
+            kMainTooltips[std::size(kMainTooltips) - 6 + panel->property("index").toInt()];
         EXPECT_EQ(panel->toolTip(), q(messages[row.key]));
     }
     EXPECT_EQ(form->findChildren<QLabel *>("sbStatusBar")[2]->toolTip(), "Recording Speed");

