@@ -109,6 +109,21 @@ bool applyLanguage(QWidget *form, bool messagesToo, const std::string &language,
     return true;
 }
 
+std::string systemLanguageName() {
+    return QLocale::languageToString(QLocale::system().language()).toStdString();
+}
+
+std::string startLanguage(QWidget *mainForm, Settings &settings, MessageTable &messages,
+                          const std::string &appDir, const std::string &systemLanguage) {
+    messages.fillDefaults();
+    std::string language = settings.text("Language");
+    if (language.empty()) language = systemLanguage;
+    if (language != kEnglish && !applyLanguage(mainForm, true, language, messages, appDir))
+        language = std::string(kEnglish);
+    settings.setText("Language", language);
+    return language;
+}
+
 void enableTooltips(QWidget *form, bool shown, const MessageTable &messages,
                     std::span<const TooltipRow> rows) {
     const auto byName = controlsByName(form);

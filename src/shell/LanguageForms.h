@@ -7,6 +7,7 @@
 
 #include "shell/LanguageFile.h"
 #include "shell/MessageTable.h"
+#include "shell/SettingsStore.h"
 
 class QObject;
 class QString;
@@ -24,6 +25,17 @@ namespace saltmarrow {
 // there is no such file.
 bool applyLanguage(QWidget *form, bool messagesToo, const std::string &language, MessageTable &messages,
                    const std::string &appDir);
+
+// The English name of the system's language ("German", "French", ...).
+std::string systemLanguageName();
+
+// Start-up: the English texts first, then the language of the settings (the
+// system's when none is set) applied to the main form with its messages. A
+// language without a file falls back to English without a word. The language
+// in effect is stored back into "Language" and returned.
+std::string startLanguage(QWidget *mainForm, Settings &settings, MessageTable &messages,
+                          const std::string &appDir,
+                          const std::string &systemLanguage = systemLanguageName());
 
 // The tool tips of form's controls from the table, or none at all.
 void enableTooltips(QWidget *form, bool shown, const MessageTable &messages,

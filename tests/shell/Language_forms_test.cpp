@@ -327,6 +327,25 @@ TEST(LanguageForms, EdgeCasesOfApplying) {
     EXPECT_EQ(messages["msgDone"], "2");
 }
 
+TEST(LanguageForms, StartUpLanguage) {
+    AppWithGerman app;
+    MessageTable messages;
+    Settings settings;  // no language set: the system's
+    auto form = mainFormLike();
+    EXPECT_EQ(startLanguage(form.get(), settings, messages, app.path(), "German"), "German");
+    EXPECT_EQ(form->findChild<QPushButton *>("cmdWrite")->text(), "&Schreiben");
+    EXPECT_EQ(messages["msgSimulate"], "&Simulieren");
+
+    // A language without a file: English, silently, and the texts are English again.
+    settings.setText("Language", "Klingon");
+    auto second = mainFormLike();
+    EXPECT_EQ(startLanguage(second.get(), settings, messages, app.path(), "German"), "English");
+    EXPECT_EQ(settings.text("Language"), "English");
+    EXPECT_EQ(messages["msgSimulate"], "&Simulate");
+    EXPECT_EQ(second->findChild<QPushButton *>("cmdWrite")->text(), "&Write");
+    EXPECT_FALSE(systemLanguageName().empty());
+}
+
 TEST(LanguageForms, TooltipsOnAndOff) {
     auto form = mainFormLike();
     MessageTable messages;
