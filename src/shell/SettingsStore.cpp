@@ -1,12 +1,12 @@
 #include "shell/SettingsStore.h"
 
-#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <sstream>
 
 #include "shell/AtomicFile.h"
+#include "shell/TextLines.h"
 #include "support/RuntimeError.h"
 #include "support/mdlFunctions.h"
 
@@ -36,20 +36,6 @@ std::string canonical(SettingForm form, std::string_view value) {
             return std::string(value);
     }
     return std::string(value);
-}
-
-// Every line of a text file, whether it ends in CR LF, LF or a lone CR.
-std::vector<std::string_view> splitLines(std::string_view bytes) {
-    std::vector<std::string_view> lines;
-    std::size_t start = 0;
-    for (std::size_t i = 0; i < bytes.size(); ++i) {
-        if (bytes[i] != '\r' && bytes[i] != '\n') continue;
-        lines.push_back(bytes.substr(start, i - start));
-        if (bytes[i] == '\r' && i + 1 < bytes.size() && bytes[i + 1] == '\n') ++i;
-        start = i + 1;
-    }
-    if (start < bytes.size()) lines.push_back(bytes.substr(start));
-    return lines;
 }
 
 std::optional<std::string> readWholeFile(const std::string &path) {
