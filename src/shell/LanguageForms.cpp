@@ -30,6 +30,13 @@ bool isOwnControl(const QObject *o) {
     return !name.isEmpty() && !name.startsWith(QLatin1String("qt_"));
 }
 
+// Text boxes (txt...) and status bar panels (sb...) show data, whatever widget
+// stands in for them: they have no caption to translate.
+bool showsData(const QObject *o) {
+    const QString name = o->objectName();
+    return name.startsWith(QLatin1String("txt")) || name.startsWith(QLatin1String("sb"));
+}
+
 std::optional<int> indexOf(const QObject *o) {
     QVariant v = o->property("index");
     if (!v.isValid()) return std::nullopt;
@@ -57,6 +64,7 @@ std::vector<QObject *> matching(const QMultiHash<QString, QObject *> &byName, co
 }  // namespace
 
 bool controlCaption(const QObject *control, QString &caption) {
+    if (showsData(control)) return false;
     if (auto *b = qobject_cast<const QAbstractButton *>(control))
         caption = b->text();
     else if (auto *l = qobject_cast<const QLabel *>(control))
@@ -73,6 +81,7 @@ bool controlCaption(const QObject *control, QString &caption) {
 }
 
 bool setControlCaption(QObject *control, const QString &caption) {
+    if (showsData(control)) return false;
     if (auto *b = qobject_cast<QAbstractButton *>(control))
         b->setText(caption);
     else if (auto *l = qobject_cast<QLabel *>(control))
