@@ -1,0 +1,47 @@
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include "shell/ToolRegistry.h"
+#include "testlib/TestSupport.h"
+
+namespace saltmarrow {
+namespace {
+
+// The program folder of the build, with Debian's tools linked into external/
+// by scripts/setup.
+TEST(ToolRegistryTools, ReportListsTheDebianTools) {
+    platform::ScriptedDialogs dialogs;
+    MessageTable messages;
+    ToolRegistry registry(SALTMARROW_APP_DIR, dialogs, messages);
+    ToolPaths paths = registry.resolveTools();
+    EXPECT_TRUE(dialogs.prompts.empty()) << dialogs.prompts.front().text;
+
+    for (const std::string *path : {&paths.strCdrdao, &paths.strMkisofs, &paths.strdvdrecord, &paths.strLame,
+                                    &paths.strOGG, &paths.strFLAC, &paths.strAAC, &paths.strToc2Cue}) {
+        ASSERT_FALSE(path->empty());
+        EXPECT_EQ(access(path->c_str(), X_OK), 0) << *path;
+    }
+    std::vector<std::string> lines = toolReportLines(paths, messages);
+    std::vector<std::string> expected{"  Cdrdao for cd writing",
+                                      "  DVDRecord for dvd writing",
+                                      "  Mkisofs for iso creation",
+                                      "  MadPlay for mp3 decoding",
+                                      "  Ogg Decoder ",
+                                      "  FLAC Decoder ",
+                                      "  Freeware AAC Decoder "};
+    // In this order, with nothing Debian lacks (WaveGain, MPC, MAC) among them.
+    std::vector<std::string> listed(lines.begin() + 6, lines.end() - 2);
+    EXPECT_EQ(listed, expected);
+
+    // The tools really are the ones named: each answers to its usual switch.
+    std::string out;
+    FILE *p = popen((paths.strMkisofs + " -version 2>&1").c_str(), "r");
+    ASSERT_NE(p, nullptr);
+    char buf[256];
+    while (fgets(buf, sizeof buf, p)) out += buf;
+    pclose(p);
+    EXPECT_NE(out.find("genisoimage"), std::string::npos) << out;
+}
+
+}  // namespace
+}  // namespace saltmarrow
