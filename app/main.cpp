@@ -22,12 +22,9 @@ int main(int argc, char **argv) {
 
     saltmarrow::platform::QtDialogs dialogs;
     saltmarrow::platform::BeepSounds sounds;
+    saltmarrow::frmMain *mainForm = nullptr;
     saltmarrow::QtErrorReporter errors(
-        sounds,
-        [] {
-            return std::string("saltmarrow has encountered an unexpected error.\r\n"
-                               "Please include the details below in any report.");
-        },
+        sounds, [&mainForm] { return "saltmarrow" + (mainForm ? mainForm->msg("msgErrorReport") : std::string()); },
         version);
 
     saltmarrow::ShellEnvironment env;
@@ -42,6 +39,7 @@ int main(int argc, char **argv) {
     env.terminate = [] { std::exit(1); };
 
     saltmarrow::frmMain form(env);
+    mainForm = &form;
     dialogs.setOwner(&form);
     errors.setOwner(&form);
     form.Version = version;

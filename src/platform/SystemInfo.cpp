@@ -1,6 +1,5 @@
 #include "platform/SystemInfo.h"
 
-#include <QLocale>
 #include <fstream>
 #include <sys/utsname.h>
 
@@ -22,10 +21,5 @@ std::string platformVersion() {
     return kernel + "\t" + distribution;
 }
 
-std::string systemLanguageName() {
-    QLocale locale = QLocale::system();
-    if (locale.language() == QLocale::C) return "English";
-    return QLocale::languageToString(locale.language()).toStdString();
-}
 
 }  // namespace saltmarrow::platform

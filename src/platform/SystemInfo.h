@@ -9,9 +9,6 @@ namespace saltmarrow::platform {
 // and the distribution's name, for the error report.
 std::string platformVersion();
 
-// English name of the user's language ("German" for de_DE), "English" if unknown.
-std::string systemLanguageName();
-
 }  // namespace saltmarrow::platform
 
 #endif

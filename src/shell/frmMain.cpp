@@ -31,7 +31,10 @@
 #include "platform/MediumWatcher.h"
 #include "platform/SingleInstance.h"
 #include "platform/Sounds.h"
+#include "shell/LanguageForms.h"
+#include "shell/SettingsControls.h"
 #include "shell/WriteFrame.h"
+#include "shell/frmLanguage.h"
 #include "shell/frmStartUp.h"
 #include "support/ErrorReport.h"
 #include "support/RuntimeError.h"
@@ -45,26 +48,6 @@ constexpr int kTwipsPerPixel = 15;
 const char *const kModule = "frmMain";
 
 QString q(const std::string &s) { return QString::fromStdString(s); }
-
-// The texts the shell itself shows until the message table is loaded.
-const std::map<std::string, std::string> &englishShellTexts() {
-    static const std::map<std::string, std::string> texts{
-        {"msgCancel", "&Cancel"},
-        {"msgSimulate", "&Simulate"},
-        {"msgWriteCancelled", "Write Operation Cancelled."},
-        {"msgInitWrite", "Initialising Write Operation..."},
-        {"msgWriteSuccess", "Writing finished successfully after %1"},
-        {"msgErrorsLogged", "There were some errors, please consult the log."},
-        {"msgNoCdrdao", "No working cdrdao installation found"},
-        {"msgDeleteTemp", "Delete tempory folder: "},
-        {"msgTimeHrs", "hrs"},
-        {"msgTimeMins", "mins"},
-        {"msgTimeSecs", "secs"},
-        {"msgErrorReport", "saltmarrow has encountered an unexpected error.\r\nPlease include the details below in "
-                           "any report."},
-    };
-    return texts;
-}
 
 }  // namespace
 
@@ -233,7 +216,8 @@ void frmMain::buildControls() {
     const int stretch[5] = {4, 3, 1, 1, 1};
     for (int i = 0; i < 5; ++i) {
         sbPanel[i] = new QLabel(sbStatusBar);
-        sbPanel[i]->setObjectName(QStringLiteral("sbPanel%1").arg(i + 1));
+        sbPanel[i]->setObjectName(QStringLiteral("sbStatusBar"));
+        sbPanel[i]->setProperty("index", i + 1);
         sbPanel[i]->setFrameShape(QFrame::StyledPanel);
         sbPanel[i]->setFrameShadow(QFrame::Sunken);
         sbPanel[i]->installEventFilter(this);
@@ -325,6 +309,8 @@ void frmMain::connectHandlers() {
     on(mnuMouseOver, "mnuMouseOver_Click", [this] { mnuMouseOver_Click(); });
     on(mnuHelpContents, "mnuHelpContents_Click", [this] { mnuHelpContents_Click(); });
     on(mnuAbout, "mnuAbout_Click", [this] { mnuAbout_Click(); });
+    on(mnuExternal, "mnuExternal_Click", [this] { mnuExternal_Click(); });
+    on(mnuLanguages, "mnuLanguages_Click", [this] { mnuLanguages_Click(); });
     on(mnuSysTrayAbout, "mnuSysTrayAbout_Click", [this] { mnuAbout_Click(); });
     on(mnuRestore, "mnuRestore_Click", [this] { mnuRestore_Click(); });
     on(chkSimulate, "chkSimulate_Click", [this] {
@@ -337,11 +323,7 @@ void frmMain::connectHandlers() {
     connect(txtStatus, &QLineEdit::textChanged, this, [this] { updateCaptionProgress(); });
 }
 
-std::string frmMain::msg(const std::string &key) const {
-    const auto &texts = englishShellTexts();
-    auto it = texts.find(key);
-    return it == texts.end() ? std::string() : it->second;
-}
+std::string frmMain::msg(const std::string &key) const { return messages.text(key); }
 
 void frmMain::setStatus(const std::string &text) { txtStatus->setText(q(text)); }
 
@@ -376,6 +358,12 @@ bool frmMain::Form_Load() {
     }
     isNT = true;  // every layer this platform has is there
 
+    // The interface choice, the DVD writer and the language come first, so
+    // that the splash already speaks the user's language.
+    const std::string ini = settingsPath(appDir);
+    run("preloadSettings", [&] { preloadSettings(ini, settings); });
+    startLanguage(this, settings, messages, appDir);
+
     writeCaption = cmdWrite->text().toStdString();
     if (env_.showSplash) {
         startUp_ = new frmStartUp();
@@ -394,28 +382,51 @@ bool frmMain::Form_Load() {
         if (ec) throw RuntimeError(err::PathNotFound, "Path not found: " + appDir + "/external/TEMP");
     });
     splash("Looking for tools...", 1);
+    ToolRegistry tools(appDir, *env_.dialogs, messages);
+    paths = tools.resolveTools();
     commandFile = appDir + "/external/TEMP/command.bat";
     mkisofsToc = appDir + "/external/TEMP/mkisofs.toc";
     parseCommand();
+    if (settings.boolean("UseProDVD")) tools.applyProDVD(paths);
+    chkUseSPTI->setChecked(settings.ticked("SPTI Interface"));
 
     splash("Scanning devices...", 2);
-    if (!QFileInfo::exists(q(appDir + "/external/cdrdao"))) setStatus(msg("msgNoCdrdao"));
+    if (paths.strCdrdao.empty()) setStatus(msg("msgNoCdrdao"));
     log->clearLog();
 
     cmbBuffers->clear();
     for (const char *b : {"32", "64", "128", "256", "512", "1024"}) cmbBuffers->addItem(b);
     cmbBuffers->setCurrentIndex(3);
     cmbParanoia->clear();
-    for (const char *p : {"No Checking", "Overlap Read", "Additional Checks", "Scratch Detection"})
-        cmbParanoia->addItem(p);
+    for (const char *key : {"cmbNoChecking", "cmbOverlapRead", "cmbAdditionalChecks", "cmbScratchDetect"})
+        cmbParanoia->addItem(q(msg(key)));
     cmbParanoia->setCurrentIndex(0);
     cmbSubs->clear();
-    for (const char *s : {"No Subchannels", "R-W Subchannels", "Raw R-W Subchannels"}) cmbSubs->addItem(s);
+    for (const char *key : {"cmbNoSubs", "cmbRWSubs", "cmbRawRWSubs"}) cmbSubs->addItem(q(msg(key)));
     cmbSubs->setCurrentIndex(0);
     log->setLogFont(QStringLiteral("ProFontWindows"), 9);
 
     splash("Loading settings...", 3);
-    strTempFolder = QDir::tempPath().toStdString() + "/saltmarrow";
+    // The store holds every default already; what the controls say now (the
+    // interface the scan settled) goes in before the file is read.
+    encoderTable = defaultEncoderTable();
+    settingsFromControls(this, settings);
+    std::vector<std::string> readerEntries;
+    for (int i = 0; i < cmbReaderDevice->count(); ++i) readerEntries.push_back(cmbReaderDevice->itemText(i).toStdString());
+    run("loadSettings", [&] { loadSettings(ini, settings, encoderTable, {&devices, readerEntries}); });
+    // Whatever the read reached stands, a malformed line or not.
+    controlsFromSettings(this, settings);
+    applyLegacySettings(this, settings);
+    if (auto i = entryOfDevice(devices, settings.text("ReaderDevice"), readerEntries, chkUseSPTI->isChecked()))
+        cmbReaderDevice->setCurrentIndex(static_cast<int>(*i));
+    if (!settings.text("CommandLog Font").empty() || settings.real("CommandLog Size") > 0)
+        log->setLogFont(q(settings.text("CommandLog Font")), settings.real("CommandLog Size"));
+
+    std::vector<std::string> writerEntries;
+    for (int i = 0; i < cmbWriterDevice->count(); ++i) writerEntries.push_back(cmbWriterDevice->itemText(i).toStdString());
+    if (auto i = entryOfDevice(devices, settings.text("WriterDevice"), writerEntries, chkUseSPTI->isChecked()))
+        cmbWriterDevice->setCurrentIndex(static_cast<int>(*i));
+    for (const auto &line : toolReportLines(paths, messages)) runner.log.writeLine(line);
 
     // Heights: the collapsed panel and the panel with the settings open.
     setHeightTwips(2120);
@@ -438,7 +449,13 @@ bool frmMain::Form_Load() {
                 run("cSysTray1_DblClick", [this] { mnuRestore_Click(); });
         });
     }
+    enableTooltips(this, mnuMouseOver->isChecked(), messages);
     log->txtOutputs->moveCursor(QTextCursor::End);
+    if (langTemplate_) {
+        run("writeLanguageTemplate", [&] {
+            writeLanguageTemplate(appDir, "Template", {this, log}, messages, Version);
+        });
+    }
 
     // A disc put in or taken out refreshes the drive status by itself.
     new platform::MediumWatcher(
@@ -644,7 +661,32 @@ void frmMain::applyOnTop() {
     }
 }
 
-void frmMain::mnuMouseOver_Click() {}
+void frmMain::mnuMouseOver_Click() { enableTooltips(this, mnuMouseOver->isChecked(), messages); }
+
+void frmMain::mnuExternal_Click() {
+    MsgBoxOverMe(externalToolsList(paths, messages), platform::mb::Information);
+}
+
+void frmMain::mnuLanguages_Click() {
+    autoHideSettings();
+    frmLanguage dialog(appDir, settings.text("Language"), messages, *env_.dialogs, this);
+    if (auto language = dialog.choose(this)) {
+        settings.setText("Language", *language);
+        close();
+    }
+    raise();
+    activateWindow();
+}
+
+void frmMain::saveSettings() {
+    if (!formLoaded) return;
+    settingsFromControls(this, settings);
+    const bool spti = chkUseSPTI->isChecked();
+    settings.setText("WriterDevice", deviceNumberOfEntry(devices, cmbWriterDevice->currentText().toStdString(), spti));
+    settings.setText("ReaderDevice", deviceNumberOfEntry(devices, cmbReaderDevice->currentText().toStdString(), spti));
+    settings.setText("Version", Version);
+    saltmarrow::saveSettings(settingsPath(appDir), formLoaded, settings, devices, encoderTable);
+}
 
 void frmMain::mnuHelpContents_Click() {
     if (env_.openDocument) env_.openDocument(appDir + "/help/index.html");
@@ -712,13 +754,13 @@ void frmMain::changeEvent(QEvent *event) {
 }
 
 bool frmMain::queryUnload() {
-    if (!strTempFolder.empty() && QFileInfo(q(strTempFolder)).isDir()) {
-        int answer = MsgBoxOverMe(msg("msgDeleteTemp") + strTempFolder + "?", platform::mb::YesNoCancel |
-                                                                                   platform::mb::Question);
+    const std::string temp = settings.text("TempFolder");
+    if (!temp.empty() && QFileInfo(q(temp)).isDir()) {
+        int answer = MsgBoxOverMe(msg("msgDeleteTemp") + temp + "?", platform::mb::YesNoCancel | platform::mb::Question);
         if (answer == platform::mb::Cancel) return false;
         if (answer == platform::mb::Yes) {
             std::error_code ec;
-            std::filesystem::remove_all(strTempFolder, ec);
+            std::filesystem::remove_all(temp, ec);
         }
     }
     return true;
@@ -726,6 +768,7 @@ bool frmMain::queryUnload() {
 
 void frmMain::Form_Unload() {
     if (cSysTray1) cSysTray1->hide();
+    run("saveSettings", [this] { saveSettings(); });
     formLoaded = false;
     runner.log.close();
     log->allowClose();

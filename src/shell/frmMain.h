@@ -9,7 +9,12 @@
 #include <optional>
 #include <string>
 
+#include "devices/DeviceInfo.h"
 #include "exec/CommandRunner.h"
+#include "shell/EncoderTable.h"
+#include "shell/MessageTable.h"
+#include "shell/SettingsStore.h"
+#include "shell/ToolRegistry.h"
 
 class QAction;
 class QCheckBox;
@@ -98,8 +103,12 @@ public:
     bool autoWritePending = false;
     QDateTime writeStartTime;
     std::string Version;
-    std::string strTempFolder;
     std::string appDir;
+    MessageTable messages;
+    Settings settings;
+    ToolPaths paths;
+    DeviceTable devices;
+    std::optional<EncoderTable> encoderTable;
     CommandRunner runner;
     std::function<void(bool mediumRemoved)> updateMediaInfo;  // the drive status refresh
 
@@ -138,6 +147,9 @@ public:
     void mnuMouseOver_Click();
     void mnuHelpContents_Click();
     void mnuAbout_Click();
+    void mnuExternal_Click();
+    void mnuLanguages_Click();
+    void saveSettings();
     void mnuRestore_Click();
     void placeLog();
 

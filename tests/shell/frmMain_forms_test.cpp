@@ -68,6 +68,10 @@ TEST(MainStartUp, LeavesAReadyPanel) {
     EXPECT_EQ(f.commandFile, h.appDir() + "/external/TEMP/command.bat");
     EXPECT_EQ(f.mkisofsToc, h.appDir() + "/external/TEMP/mkisofs.toc");
     EXPECT_EQ(f.txtStatus->text().toStdString(), "No working cdrdao installation found");
+    // The tools that must be there are missed aloud, cdrdao first.
+    ASSERT_EQ(h.dialogs.prompts.size(), 2u);
+    EXPECT_NE(h.dialogs.prompts[0].text.find("/external/cdrdao"), std::string::npos);
+    EXPECT_NE(h.dialogs.prompts[1].text.find("/external/mkisofs"), std::string::npos);
     EXPECT_EQ(f.writeCaption, "&Write");
     EXPECT_EQ(f.cmbBuffers->count(), 6);
     EXPECT_EQ(f.cmbBuffers->currentText(), "256");
@@ -76,7 +80,7 @@ TEST(MainStartUp, LeavesAReadyPanel) {
     EXPECT_EQ(f.cmbSubs->count(), 3);
     EXPECT_EQ(f.collapsedHeight + 5565 - 2120, f.expandedHeight);
     EXPECT_FALSE(f.settingsArea->isVisible());
-    EXPECT_EQ(f.findChildren<QLabel *>(QRegularExpression("^sbPanel")).size(), 5);
+    EXPECT_EQ(f.findChildren<QLabel *>("sbStatusBar").size(), 5);
     EXPECT_TRUE(h.errors.reports.empty());
 }
 
@@ -143,6 +147,7 @@ TEST(MainWriteFrame, SuccessWithElapsedTimeMessageBoxAndSound) {
     ShellHarness h;
     frmMain &f = h.form();
     ASSERT_TRUE(f.Form_Load());
+    h.dialogs.prompts.clear();  // the missing tools were reported at start
     interpretFinishedLines(f);
     f.ChangeCurrentMode("WRITE CD");
     f.mnuConfirmWrite->setChecked(true);
@@ -163,6 +168,7 @@ TEST(MainWriteFrame, FlagsDecideNotTheExitCode) {
     ShellHarness h;
     frmMain &f = h.form();
     ASSERT_TRUE(f.Form_Load());
+    h.dialogs.prompts.clear();  // the missing tools were reported at start
     interpretFinishedLines(f);
     f.ChangeCurrentMode("WRITE CD");
     // Success printed, then an error exit: the flags say success.
@@ -180,6 +186,7 @@ TEST(MainWriteFrame, EraseAndCancel) {
     ShellHarness h;
     frmMain &f = h.form();
     ASSERT_TRUE(f.Form_Load());
+    h.dialogs.prompts.clear();  // the missing tools were reported at start
     interpretFinishedLines(f);
     f.ChangeCurrentMode("ERASE CD");
     f.mnuConfirmWrite->setChecked(true);
@@ -209,6 +216,7 @@ TEST(MainWriteFrame, CaptionCarriesProgressInWriteModesOnly) {
     ShellHarness h;
     frmMain &f = h.form();
     ASSERT_TRUE(f.Form_Load());
+    h.dialogs.prompts.clear();  // the missing tools were reported at start
     f.ProgressBar1->setRange(0, 200);
     f.ProgressBar1->setValue(84);
     f.ChangeCurrentMode("READ CD");
@@ -228,26 +236,27 @@ TEST(MainShutdown, TempFolderQuestion) {
     frmMain &f = h.form();
     ASSERT_TRUE(f.Form_Load());
     TempDir temp;
-    f.strTempFolder = temp.file("project");
-    std::filesystem::create_directories(f.strTempFolder + "/sub");
-    writeFile(f.strTempFolder + "/sub/track01.wav", "RIFF");
+    const std::string project = temp.file("project");
+    f.settings.setText("TempFolder", project);
+    std::filesystem::create_directories(project + "/sub");
+    writeFile(project + "/sub/track01.wav", "RIFF");
 
     h.dialogs.answer(mb::Cancel);
     EXPECT_FALSE(f.queryUnload());
-    EXPECT_TRUE(std::filesystem::exists(f.strTempFolder + "/sub/track01.wav"));
-    EXPECT_EQ(h.dialogs.prompts.back().text, "Delete tempory folder: " + f.strTempFolder + "?");
+    EXPECT_TRUE(std::filesystem::exists(project + "/sub/track01.wav"));
+    EXPECT_EQ(h.dialogs.prompts.back().text, "Delete tempory folder: " + project + "?");
     EXPECT_EQ(h.dialogs.prompts.back().style, 35);
 
     h.dialogs.answer(mb::No);
     EXPECT_TRUE(f.queryUnload());
-    EXPECT_TRUE(std::filesystem::exists(f.strTempFolder));
+    EXPECT_TRUE(std::filesystem::exists(project));
 
     h.dialogs.answer(mb::Yes);
     EXPECT_TRUE(f.queryUnload());
-    EXPECT_FALSE(std::filesystem::exists(f.strTempFolder));
+    EXPECT_FALSE(std::filesystem::exists(project));
 
     // A close cancelled at the question leaves the program running.
-    std::filesystem::create_directories(f.strTempFolder);
+    std::filesystem::create_directories(project);
     f.show();
     h.dialogs.answer(mb::Cancel);
     f.close();
