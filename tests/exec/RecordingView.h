@@ -34,6 +34,7 @@ public:
     platform::RecordingSounds recordedSounds;
     std::function<bool(const std::string &)> run;  // commandExecute
     std::vector<std::string> frame;               // what the read frame did to the form
+    std::function<void(const std::string &)> onLine;  // sees each line first, as the log file does
 
     std::function<double()> clock() {
         return [this] { return now; };
@@ -82,7 +83,10 @@ public:
         return it == texts.end() ? "<" + std::string(key) + ">" : it->second;
     }
     platform::Sounds &sounds() override { return recordedSounds; }
-    void writeCommandLog(const std::string &line) override { commandLog.push_back(line); }
+    void writeCommandLog(const std::string &line) override {
+        if (onLine) onLine(line);
+        commandLog.push_back(line);
+    }
     std::string currentMode() const override { return mode; }
     void ChangeCurrentMode(const std::string &m) override { mode = m; }
     bool commandExecute(const std::string &command) override {
