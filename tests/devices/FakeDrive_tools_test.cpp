@@ -9,6 +9,7 @@
 
 #include "../exec/RecordingView.h"
 #include "ScriptedHost.h"
+#include "devices/DeviceInfoText.h"
 #include "devices/Discovery.h"
 #include "devices/DriveQueries.h"
 #include "discops/Fragments.h"
@@ -200,6 +201,41 @@ TEST_F(FakeDrive, UsedRewritableIsErasedAndReadAgain) {
                   "cdrdao disk-info --device ASPI:0,1,0 --driver generic-mmc:0x10",
                   "cdrdao blank --device ASPI:0,1,0 --driver generic-mmc:0x10 --blank-mode minimal",
                   "cdrdao disk-info --device ASPI:0,1,0 --driver generic-mmc:0x10"}));
+}
+
+TEST_F(FakeDrive, DeviceDialogOfABlankAppendableRewritable) {
+    std::string text = kWriter;
+    text.replace(text.find("appendable = no"), 15, "appendable = yes");
+    drives(text + "medium = CD-RW\nmanufacturer = Ritek Co.\n" + kReader);
+    discover();
+    const DeviceTab writer = ShowDeviceInfo(state.devices.item(0));
+    EXPECT_EQ(writer.caption, "PLEXTOR, PX-W4012A");
+    EXPECT_EQ(writer.lblTypeValue, "CD Writer");
+    EXPECT_EQ(writer.lblBufferValue, "2048kb");
+    EXPECT_TRUE(writer.chkWriteFeature[1]);
+    EXPECT_TRUE(writer.chkWriteFeature[7]) << "buffer protection";
+    EXPECT_FALSE(writer.chkWriteFeature[3]);
+    EXPECT_EQ(ShowDeviceInfo(state.devices.item(1)).lblTypeValue, "DVD\\CD Reader");
+
+    const WritePanel panel = writerPanel();
+    bool useRaw = false;
+    const std::string command = vb::quoteString(fake.host.cdrdao) + " disk-info" +
+                                writeDevice(panel, FragmentSettings{}, state.devices.item(0), useRaw, false, false, layer);
+    ASSERT_TRUE(runner.commandExecute(command));
+    const MediaTab media = MediaInfo(state.devices.item(0), runner.objDOS.totalOutput, 0);
+    EXPECT_TRUE(media.chkMedia[0]);
+    EXPECT_TRUE(media.chkMedia[1]);
+    EXPECT_FALSE(media.chkMedia[2]) << "the appendable key never matches the tool's padded line";
+    EXPECT_EQ(media.lblCapacityValue, "79:57:74 (359849s, 702/807 MB)");
+    EXPECT_EQ(media.lblManufacturerValue.substr(0, 9), "Ritek Co.");
+    EXPECT_EQ(media.lblSessionsValue, "n/a") << "a blank disc has no sessions line";
+    EXPECT_EQ(media.lblWriteSpeedValue, "40x");
+
+    state.devices.item(1).LastMediaType = "DVD-ROM";
+    state.devices.item(1).MediaInserted = true;
+    EXPECT_EQ(MediaInfo(state.devices.item(1), runner.objDOS.totalOutput, 4.7e9).lblCapacityValue, "4482 MB");
+    EXPECT_TRUE(mediaInfoStopsAt("WARNING: Unit not ready, still trying..."));
+    EXPECT_FALSE(mediaInfoStopsAt("ERROR: Unit not ready, giving up."));
 }
 
 TEST_F(FakeDrive, WrongArgumentsAreRefusedLoudly) {
