@@ -365,3 +365,59 @@ TEST_F(WriteRun, DvdImageFromGenisoimage) {
 }
 
 }  // namespace
+
+namespace {
+
+TEST_F(WriteRun, DataPipedFromGenisoimageIsCountedAsItArrives) {
+    if (!test::haveProgram("genisoimage")) GTEST_SKIP() << "genisoimage is not installed";
+    drives(std::string(kWriter) + "medium = CD-R\n");
+    discover();
+    std::filesystem::create_directories(app.file("tree"));
+    test::writeFile(app.file("tree/big.dat"), std::string(6 * 1048576 + 123, 'p'));
+    ASSERT_TRUE(runner.commandExecute("genisoimage -quiet -print-size " + vb::quoteString(app.file("tree"))));
+    const long blocks = static_cast<long>(vb::Val(runner.commandOutput));
+    ASSERT_GT(blocks, 3072);
+    test::writeFile(sheet, "CD_ROM\n\nTRACK MODE1\nDATAFILE \"-\" " + std::to_string(blocks * 2048L) + "\n");
+    const std::string batch = external + "/TEMP/command.bat";
+    test::writeFile(batch, "@ECHO OFF\r\ngenisoimage -quiet " + vb::quoteString(app.file("tree")) + " | " +
+                               vb::quoteString(fake.host.cdrdao) + " write --device ASPI:0,1,0 --driver generic-mmc " +
+                               vb::quoteString(sheet) + "\r\n");
+    view.mode = "DATA CD";
+    EXPECT_TRUE(runner.commandExecute(vb::quoteString(batch)));
+    EXPECT_TRUE(view.writeSucceeded);
+    const std::string total = std::to_string((blocks * 2048L + 1048575) / 1048576);
+    EXPECT_EQ(view.status, "Wrote " + total + " of " + total + " MB (Buffer 99%)");
+}
+
+TEST_F(WriteRun, DriveNotReadyWhileCheckingTheDisc) {
+    drives(std::string(kWriter) + "medium = CD-R\nnot_ready = 2\n");
+    discover();
+    view.recordedSounds.played.clear();
+    const WritePanel panel = writerPanel();
+    FragmentSettings settings;
+    DiscStatusContext context;
+    context.panel = &panel;
+    context.settings = &settings;
+    fake.host.showStatus = [this](const std::string &text) { view.setStatus(text); };
+    fake.host.message = [this](std::string_view key) { return view.message(key); };
+    const auto result = splitDiscStatus(discStatus(state, fake.host, context));
+    EXPECT_EQ(result.status, 'E');
+    EXPECT_EQ(view.recordedSounds.played, (std::vector<std::string>{"DeviceFail", "DeviceFail"}));
+    EXPECT_EQ(std::count(view.events.begin(), view.events.end(), "status WARNING: Drive not ready, still trying..."), 2);
+    EXPECT_NE(view.log.find("WARNING: Unit not ready, still trying..."), std::string::npos);
+    EXPECT_EQ(view.mode, "") << "the mode before the check is back";
+}
+
+TEST_F(FakeDrive, AudioExtractionAsCdda2wav) {
+    drives(std::string(kWriter) + "medium = CD-R\ntracks = 750 1500\n");
+    const std::string cdda2wav = vb::quoteString(external + "/cdda2wav");
+    ASSERT_TRUE(runner.commandExecute(cdda2wav + " dev=ASPI:0,1,0 -J -gui -H -B -v toc"));
+    EXPECT_NE(runner.commandOutput.find("T02:     750  0:20.00 audio"), std::string::npos);
+    const std::string wav = app.file("track2.wav");
+    ASSERT_TRUE(runner.commandExecute(cdda2wav + " dev=ASPI:0,1,0 -gui -B -H -x -t2+2 " + vb::quoteString(wav)));
+    if (!test::haveProgram("soxi")) GTEST_SKIP() << "sox is not installed";
+    ASSERT_TRUE(runner.commandExecute("soxi -s " + vb::quoteString(wav)));
+    EXPECT_EQ(vb::Val(runner.commandOutput), 1500.0 * 588) << "20 seconds of CD audio";
+}
+
+}  // namespace
