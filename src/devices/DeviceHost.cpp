@@ -13,7 +13,9 @@ std::string DeviceHost::text(std::string_view key) const {
     return message ? message(key) : std::string(key);
 }
 
-std::string DeviceHost::mode() const { return currentMode ? currentMode() : std::string(); }
+std::string DeviceHost::mode() const {
+    return currentMode ? currentMode() : std::string();
+}
 
 void DeviceHost::setMode(const std::string &mode) const {
     if (ChangeCurrentMode) ChangeCurrentMode(mode);
@@ -27,7 +29,9 @@ void DeviceHost::events() const {
     if (letEventsRun) letEventsRun();
 }
 
-bool DeviceHost::splash() const { return splashVisible && splashVisible(); }
+bool DeviceHost::splash() const {
+    return splashVisible && splashVisible();
+}
 
 ToolRun DeviceHost::execute(const std::string &arguments) const {
     if (!run) return {};

@@ -48,10 +48,10 @@ struct DeviceLists {
 // The main form as the device procedures see it. Every hook may be left
 // empty where a caller has nothing to offer (a test, a form not yet built).
 struct DeviceHost {
-    RunCommand run;                                        // commandExecute with its commandOutput
-    std::string cdrdao;                                    // path of the tool
-    const platform::DriveLayer *layer = nullptr;           // null: the platform's own
-    platform::Dialogs *dialogs = nullptr;                  // MsgBoxOverMe
+    RunCommand run;                                            // commandExecute with its commandOutput
+    std::string cdrdao;                                        // path of the tool
+    const platform::DriveLayer *layer = nullptr;               // null: the platform's own
+    platform::Dialogs *dialogs = nullptr;                      // MsgBoxOverMe
     std::function<std::string(std::string_view key)> message;  // the message table
     std::function<std::string()> currentMode;
     std::function<void(const std::string &mode)> ChangeCurrentMode;
@@ -66,7 +66,7 @@ struct DeviceHost {
     std::function<void(int max, int value)> splashProgress;
     std::function<void()> splashStep;  // one more on its bar, while below the maximum
     // What the status refresh asks of the form.
-    std::function<bool()> fileMenuOpen;        // the user is busy in the file menu
+    std::function<bool()> fileMenuOpen;         // the user is busy in the file menu
     std::function<bool()> deviceSettingsShown;  // the settings area is open
     std::function<bool()> deviceInfoShown;      // frmDeviceInfo is on screen
     std::function<void()> refreshDeviceInfo;    // frmDeviceInfo.MediaInfo for the writer

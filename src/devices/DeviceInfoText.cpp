@@ -22,7 +22,8 @@ constexpr std::string_view kDVDTypes[] = {"DVD-ROM", "DVD-R", "DVD-RW", "DVD+R",
 
 // Whether a ticked box's word holds the text.
 template <std::size_t N>
-bool tickedWordHolds(const std::array<bool, 9> &boxes, const std::string_view (&words)[N], std::string_view text) {
+bool tickedWordHolds(const std::array<bool, 9> &boxes, const std::string_view (&words)[N],
+                     std::string_view text) {
     for (std::size_t i = 0; i < N; ++i)
         if (boxes[i] && InStr(words[i], text) != 0) return true;
     return false;
@@ -53,11 +54,15 @@ DeviceTab ShowDeviceInfo(const DeviceInfo &device) {
         anyWrite = anyWrite || tab.chkWriteFeature[i];
     }
     if (anyWrite) {
-        if (tickedWordHolds(tab.chkWriteFeature, kWriteWords, "DVD")) tab.lblTypeValue = "DVD\\CD Writer";
-        else if (tickedWordHolds(tab.chkWriteFeature, kWriteWords, "CD")) tab.lblTypeValue = "CD Writer";
+        if (tickedWordHolds(tab.chkWriteFeature, kWriteWords, "DVD"))
+            tab.lblTypeValue = "DVD\\CD Writer";
+        else if (tickedWordHolds(tab.chkWriteFeature, kWriteWords, "CD"))
+            tab.lblTypeValue = "CD Writer";
     } else {
-        if (tickedWordHolds(tab.chkReadFeature, kReadWords, "DVD")) tab.lblTypeValue = "DVD\\CD Reader";
-        else if (tickedWordHolds(tab.chkReadFeature, kReadWords, "CD")) tab.lblTypeValue = "CD Reader";
+        if (tickedWordHolds(tab.chkReadFeature, kReadWords, "DVD"))
+            tab.lblTypeValue = "DVD\\CD Reader";
+        else if (tickedWordHolds(tab.chkReadFeature, kReadWords, "CD"))
+            tab.lblTypeValue = "CD Reader";
     }
     return tab;
 }
@@ -74,7 +79,8 @@ bool mediaInfoStopsAt(std::string_view line) {
 
 MediaTab MediaInfo(const DeviceInfo &device, std::string_view diskInfoOutput, double discFreeBytes) {
     MediaTab tab;
-    const std::string_view output = isDVDMediaType(device.LastMediaType) ? std::string_view() : diskInfoOutput;
+    const std::string_view output =
+        isDVDMediaType(device.LastMediaType) ? std::string_view() : diskInfoOutput;
     tab.chkMedia[0] = valueOf(output, "CD-RW                :") == "yes";
     tab.chkMedia[1] = valueOf(output, "CD-R empty           :") == "yes";
     // The key has no padding, unlike the tool's line; the box is kept so.

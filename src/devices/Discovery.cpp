@@ -33,7 +33,9 @@ constexpr ScanClass kScanClasses[] = {
 constexpr std::string_view kDriverPhrase = "Driver found in driver table: ";
 constexpr std::string_view kRawMark = " (Raw Driver Recommended)";
 
-bool useSPTI(const DeviceState &state) { return state.chkUseSPTI == 1; }
+bool useSPTI(const DeviceState &state) {
+    return state.chkUseSPTI == 1;
+}
 
 }  // namespace
 
@@ -41,9 +43,15 @@ std::optional<std::string_view> classifyScanOutput(std::string_view output) {
     for (const ScanClass &row : kScanClasses) {
         bool hit = false;
         switch (row.test) {
-        case ScanTest::Empty: hit = output.empty(); break;
-        case ScanTest::Contains: hit = InStr(output, row.phrase, Compare::Text) != 0; break;
-        case ScanTest::ShorterThan: hit = output.size() < row.length; break;
+            case ScanTest::Empty:
+                hit = output.empty();
+                break;
+            case ScanTest::Contains:
+                hit = InStr(output, row.phrase, Compare::Text) != 0;
+                break;
+            case ScanTest::ShorterThan:
+                hit = output.size() < row.length;
+                break;
         }
         if (hit) return row.key;
     }
@@ -139,8 +147,8 @@ void getDrivers(DeviceState &state, const DeviceHost &host) {
     for (std::size_t i = 0; i < state.devices.Count(); ++i) {
         DeviceInfo &device = state.devices.item(i);
         if (device.Driver.empty()) {
-            const ToolRun run =
-                host.execute(" dt-lookup --device " + layer.cdrdaoDevice(deviceID(state, device), useSPTI(state), false));
+            const ToolRun run = host.execute(
+                " dt-lookup --device " + layer.cdrdaoDevice(deviceID(state, device), useSPTI(state), false));
             const DriverEntry entry = parseDriverLookup(run.output);
             device.Driver = entry.Driver;
             device.DriverOptions = entry.DriverOptions;
@@ -181,8 +189,10 @@ void fillDeviceLists(const DeviceState &state, DeviceLists &lists) {
         for (const DeviceInfo &device : state.devices.Items())
             if (device.isWriter) lists.writer.push_back(fullName(state, device));
     // An index the new list cannot hold is dropped, as its error would be.
-    if (readerIndex >= 0 && readerIndex < static_cast<int>(lists.reader.size())) lists.readerIndex = readerIndex;
-    if (writerIndex >= 0 && writerIndex < static_cast<int>(lists.writer.size())) lists.writerIndex = writerIndex;
+    if (readerIndex >= 0 && readerIndex < static_cast<int>(lists.reader.size()))
+        lists.readerIndex = readerIndex;
+    if (writerIndex >= 0 && writerIndex < static_cast<int>(lists.writer.size()))
+        lists.writerIndex = writerIndex;
     if (!lists.reader.empty() && lists.readerIndex < 0) lists.readerIndex = 0;
     if (!lists.writer.empty() && lists.writerIndex < 0) lists.writerIndex = 0;
 }
@@ -195,7 +205,8 @@ void chkUseSPTI_Click(DeviceState &state, const DeviceHost &host, bool formLoade
         return;
     }
     if (!state.isNT) return;
-    if (host.setLogText) host.setLogText(Mid(useSPTI(state) ? state.sptiScanOutput : state.aspiScanOutput, 2));
+    if (host.setLogText)
+        host.setLogText(Mid(useSPTI(state) ? state.sptiScanOutput : state.aspiScanOutput, 2));
     fillDeviceLists(state, lists);
 }
 
@@ -231,12 +242,14 @@ void startupScanDevices(DeviceState &state, const DeviceHost &host, bool cdrdaoE
             if (state.availableInterfaces == 1) state.chkUseSPTI = 0;
             if (state.availableInterfaces == 2) state.chkUseSPTI = 1;
             lists.reader.clear();
-            for (const DeviceInfo &device : state.devices.Items()) lists.reader.push_back(fullName(state, device));
+            for (const DeviceInfo &device : state.devices.Items())
+                lists.reader.push_back(fullName(state, device));
         }
     } else {
         host.status(host.text("msgNoCdrdao"));
     }
-    if (host.setLogText) host.setLogText(Mid(useSPTI(state) ? state.sptiScanOutput : state.aspiScanOutput, 2));
+    if (host.setLogText)
+        host.setLogText(Mid(useSPTI(state) ? state.sptiScanOutput : state.aspiScanOutput, 2));
     if (!lists.reader.empty()) lists.readerIndex = 0;
 }
 
@@ -252,7 +265,8 @@ void startupConfigureDevices(DeviceState &state, const DeviceHost &host, DeviceL
     if (const DeviceInfo *chosen = state.devices.find(writerKey)) {
         const platform::DriveLayer &layer = host.driveLayer();
         for (std::size_t i = 0; i < lists.writer.size(); ++i)
-            if (layer.addressOf(lists.writer[i]) == deviceID(state, *chosen)) lists.writerIndex = static_cast<int>(i);
+            if (layer.addressOf(lists.writer[i]) == deviceID(state, *chosen))
+                lists.writerIndex = static_cast<int>(i);
     }
 }
 

@@ -102,9 +102,10 @@ void updateDriveInfo(DeviceState &state, const DeviceHost &host, short index, bo
     DeviceInfo &device = state.devices.item(static_cast<std::size_t>(index));
     if (force || !(device.isWriterKnown && !device.isWriter)) {
         const platform::DriveLayer &layer = host.driveLayer();
-        const ToolRun run = host.execute(" drive-info --device " +
-                                         layer.cdrdaoDevice(deviceID(state, device), state.chkUseSPTI == 1, false) +
-                                         " --driver " + device.Driver);
+        const ToolRun run =
+            host.execute(" drive-info --device " +
+                         layer.cdrdaoDevice(deviceID(state, device), state.chkUseSPTI == 1, false) +
+                         " --driver " + device.Driver);
         const std::size_t at = InStr(run.output, "Inserted Media:");
         if (at == 0 && state.driveRetries < 3) {
             ++state.driveRetries;
@@ -162,14 +163,16 @@ std::string discStatus(DeviceState &state, const DeviceHost &host, const DiscSta
         host.status(host.text("msgCheckingMedia"));
         char status = 'C';
         if (context.panel == nullptr || context.panel->cmbWriterDevice.empty()) {
-            if (host.dialogs) host.dialogs->MsgBoxOverMe(host.text("msgSelectWriter"), platform::mb::Exclamation, "");
+            if (host.dialogs)
+                host.dialogs->MsgBoxOverMe(host.text("msgSelectWriter"), platform::mb::Exclamation, "");
             return {};
         }
         const WritePanel &panel = *context.panel;
         const FragmentSettings settings = context.settings ? *context.settings : FragmentSettings{};
         DeviceInfo &writer = state.devices.item(getDeviceIndex(state, panel.cmbWriterDevice, layer));
         bool useRaw = false;
-        const ToolRun run = host.execute(" disk-info" + writeDevice(panel, settings, writer, useRaw, false, false, layer));
+        const ToolRun run =
+            host.execute(" disk-info" + writeDevice(panel, settings, writer, useRaw, false, false, layer));
         if (!run.ok) {
             host.status(host.text("msgOperationCancelled"));
             return std::string("X") + '\0' + "0";

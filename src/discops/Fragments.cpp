@@ -14,23 +14,31 @@ using namespace vb;
 
 namespace {
 
-bool ticked(int checkBox) { return checkBox == 1; }
+bool ticked(int checkBox) {
+    return checkBox == 1;
+}
 
 std::uint32_t hexValue(std::string_view word) {
     std::uint32_t value = 0;
     for (char c : word) {
         int digit;
-        if (c >= '0' && c <= '9') digit = c - '0';
-        else if (c >= 'a' && c <= 'f') digit = c - 'a' + 10;
-        else if (c >= 'A' && c <= 'F') digit = c - 'A' + 10;
-        else break;
+        if (c >= '0' && c <= '9')
+            digit = c - '0';
+        else if (c >= 'a' && c <= 'f')
+            digit = c - 'a' + 10;
+        else if (c >= 'A' && c <= 'F')
+            digit = c - 'A' + 10;
+        else
+            break;
         value = value * 16 + static_cast<std::uint32_t>(digit);
     }
     return value;
 }
 
 // The layer word of a device argument: the SPTI box decides for the program.
-bool useSPTI(const FragmentSettings &settings) { return ticked(settings.chkUseSPTI); }
+bool useSPTI(const FragmentSettings &settings) {
+    return ticked(settings.chkUseSPTI);
+}
 
 // A speed text such as "16x" loses its unit; "Max" means no speed argument.
 std::string speedValue(const std::string &speedText) {
@@ -69,19 +77,22 @@ std::string writeDevice(const WritePanel &panel, const FragmentSettings &setting
     std::string driver;
     std::string options;
     if (settings.UseDriverTable) {
-        driver = raw ? "generic-mmc-raw" : (writer.Driver == "generic-mmc-raw" ? "generic-mmc" : writer.Driver);
+        driver =
+            raw ? "generic-mmc-raw" : (writer.Driver == "generic-mmc-raw" ? "generic-mmc" : writer.Driver);
         options = writer.DriverOptions;
     } else {
         driver = raw ? "generic-mmc-raw" : "generic-mmc";
         options = "0";
     }
-    std::string fragment = " --device " +
-                           layer.cdrdaoDevice(layer.addressOf(panel.cmbWriterDevice), useSPTI(settings), lockDevice) +
-                           " --driver " + driver;
+    std::string fragment =
+        " --device " +
+        layer.cdrdaoDevice(layer.addressOf(panel.cmbWriterDevice), useSPTI(settings), lockDevice) +
+        " --driver " + driver;
     // The bit switches buffer protection off, so an unticked box sets it.
     if (!ticked(panel.chkBurnProof)) options = hexOr({options, "00000040"});
     // Only a driver name ending in "generic-mmc" takes the CD-Text bit; the raw driver does not.
-    if (ticked(panel.chkWriteCDText) && Right(fragment, 11) == "generic-mmc") options = hexOr({options, "00000010"});
+    if (ticked(panel.chkWriteCDText) && Right(fragment, 11) == "generic-mmc")
+        options = hexOr({options, "00000010"});
     return fragment + ":0x" + options + " ";
 }
 
@@ -127,8 +138,9 @@ std::string ReadOptions(const ReadPanel &panel) {
     return options;
 }
 
-std::string writeDVDCommand(const WritePanel &panel, const FragmentSettings &settings, const DeviceInfo &writer,
-                            bool &useRaw, bool isDataDisc, bool plainAddress, const platform::DriveLayer &layer) {
+std::string writeDVDCommand(const WritePanel &panel, const FragmentSettings &settings,
+                            const DeviceInfo &writer, bool &useRaw, bool isDataDisc, bool plainAddress,
+                            const platform::DriveLayer &layer) {
     if (ticked(panel.chkMultiSession) && isDataDisc) useRaw = false;
     const std::string address =
         settings.UseProDVD ? writer.ASPIDeviceID : layer.addressOf(panel.cmbWriterDevice);

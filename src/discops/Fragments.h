@@ -79,8 +79,9 @@ std::string readDevice(const ReadPanel &panel, const FragmentSettings &settings,
 std::string WriteOptions(const WritePanel &panel, const FragmentSettings &settings);
 std::string ReadOptions(const ReadPanel &panel);
 // The DVD writer's arguments; no trailing blank.
-std::string writeDVDCommand(const WritePanel &panel, const FragmentSettings &settings, const DeviceInfo &writer,
-                            bool &useRaw, bool isDataDisc, bool plainAddress, const platform::DriveLayer &layer);
+std::string writeDVDCommand(const WritePanel &panel, const FragmentSettings &settings,
+                            const DeviceInfo &writer, bool &useRaw, bool isDataDisc, bool plainAddress,
+                            const platform::DriveLayer &layer);
 
 // Moves the write panel to (load false) or from (load true) the writer's
 // WriterOptions. writer is the drive of the selected list entry; nothing

@@ -100,17 +100,22 @@ struct ModeRow {
 
 // How each mode reads its lines; a mode not listed shows every line.
 constexpr ModeRow kModes[] = {
-    {"HIDE ME", Reading::Hide},         {"DVD_SIZE", Reading::DVDSize},  {"DISC INFO", Reading::DiscInfo},
-    {"VERSION INFO", Reading::VersionInfo}, {"READ CD", Reading::ReadCD}, {"READ TOC", Reading::ReadTOC},
-    {"AUDIO CD", Reading::Write},       {"WRITE CD", Reading::Write},    {"ERASE CD", Reading::Write},
-    {"COPY CD", Reading::Write},        {"DATA CD", Reading::Write},     {"DATA DVD", Reading::DVD},
+    {"HIDE ME", Reading::Hide},       {"DVD_SIZE", Reading::DVDSize},
+    {"DISC INFO", Reading::DiscInfo}, {"VERSION INFO", Reading::VersionInfo},
+    {"READ CD", Reading::ReadCD},     {"READ TOC", Reading::ReadTOC},
+    {"AUDIO CD", Reading::Write},     {"WRITE CD", Reading::Write},
+    {"ERASE CD", Reading::Write},     {"COPY CD", Reading::Write},
+    {"DATA CD", Reading::Write},      {"DATA DVD", Reading::DVD},
     {"WRITE DVD", Reading::DVD},
 };
 
-constexpr std::string_view kReloadPhrase = "if a simulation run was performed before. Reload the medium in this case.";
+constexpr std::string_view kReloadPhrase =
+    "if a simulation run was performed before. Reload the medium in this case.";
 constexpr std::string_view kReloadText = "Media should be reloaded if a simulation was performed before.";
 
-bool holds(std::string_view line, std::string_view phrase) { return InStr(line, phrase, Compare::Text) != 0; }
+bool holds(std::string_view line, std::string_view phrase) {
+    return InStr(line, phrase, Compare::Text) != 0;
+}
 
 // The number between two positions of a progress line; a cut that comes out
 // negative, or text that is not a number, is a run-time error.
@@ -135,8 +140,8 @@ std::string properCase(std::string_view text) {
     return out;
 }
 
-OutputInterpreter::OutputInterpreter(InterpreterView &view, InterpreterState &state, std::function<double()> clock,
-                                     std::string cygwinRoot)
+OutputInterpreter::OutputInterpreter(InterpreterView &view, InterpreterState &state,
+                                     std::function<double()> clock, std::string cygwinRoot)
     : view_(view), state_(state), clock_(std::move(clock)), cygwinRoot_(std::move(cygwinRoot)) {}
 
 bool OutputInterpreter::due(double last, bool always) const {
@@ -163,23 +168,35 @@ void OutputInterpreter::objDOS_ReceiveOutputs(const std::string &received) {
     for (const ModeRow &row : kModes) {
         if (row.mode != mode) continue;
         switch (row.reading) {
-        case Reading::Hide: hide = true; break;
-        case Reading::DVDSize:
-            hide = true;
-            recieveDVDSize(line);
-            break;
-        case Reading::DiscInfo:
-            if (holds(line, kUnitNotReady)) deviceNotReady();
-            break;
-        case Reading::VersionInfo:
-            // The first line with anything on it stays; the rest is hidden.
-            if (!line.empty()) view_.ChangeCurrentMode("HIDE ME");
-            else hide = true;
-            break;
-        case Reading::ReadCD: hide = checkRead(line); break;
-        case Reading::ReadTOC: hide = recieveTOC(line); break;
-        case Reading::Write: hide = recieveWrite(line); break;
-        case Reading::DVD: hide = recieveDVD(line); break;
+            case Reading::Hide:
+                hide = true;
+                break;
+            case Reading::DVDSize:
+                hide = true;
+                recieveDVDSize(line);
+                break;
+            case Reading::DiscInfo:
+                if (holds(line, kUnitNotReady)) deviceNotReady();
+                break;
+            case Reading::VersionInfo:
+                // The first line with anything on it stays; the rest is hidden.
+                if (!line.empty())
+                    view_.ChangeCurrentMode("HIDE ME");
+                else
+                    hide = true;
+                break;
+            case Reading::ReadCD:
+                hide = checkRead(line);
+                break;
+            case Reading::ReadTOC:
+                hide = recieveTOC(line);
+                break;
+            case Reading::Write:
+                hide = recieveWrite(line);
+                break;
+            case Reading::DVD:
+                hide = recieveDVD(line);
+                break;
         }
         break;
     }
@@ -193,8 +210,9 @@ void OutputInterpreter::objDOS_nullOutputs() {
     if (view_.currentMode() == "READ CD") recieveReadCD();
 }
 
-bool OutputInterpreter::translateLog(const std::string &line, std::string &translated, std::string_view pattern,
-                                     const std::string &replacement, std::string_view sound) {
+bool OutputInterpreter::translateLog(const std::string &line, std::string &translated,
+                                     std::string_view pattern, const std::string &replacement,
+                                     std::string_view sound) {
     if (!holds(line, pattern)) return false;
     if (!sound.empty()) view_.sounds().play(std::string(sound), true);
     translated = Replace(line, pattern, replacement, Compare::Text);
@@ -215,7 +233,8 @@ void OutputInterpreter::runChain(const LogChainRow *rows, std::size_t count, con
 std::string OutputInterpreter::progressText(long written, long total, bool hasFill, long fill) const {
     std::string text = Replace(view_.message("msgWriteProgress"), "%1", std::to_string(written));
     text = Replace(text, "%2", std::to_string(total));
-    if (hasFill) text += " (" + view_.message("msgWriteBuffer") + " " + std::to_string(fill == 100 ? 99 : fill) + "%)";
+    if (hasFill)
+        text += " (" + view_.message("msgWriteBuffer") + " " + std::to_string(fill == 100 ? 99 : fill) + "%)";
     return text;
 }
 
@@ -349,10 +368,10 @@ bool OutputInterpreter::recieveReadCD() {
         state_.lastReadUpdate = clock_();
         if (state_.readSector != 0) {
             view_.setStatus("Cdrdao Reading Sector #" + std::to_string(state_.readSector));
-            const long percent =
-                state_.readSectors > 0
-                    ? static_cast<long>(std::floor(static_cast<double>(state_.readSector) / state_.readSectors * 100))
-                    : 0;
+            const long percent = state_.readSectors > 0
+                                     ? static_cast<long>(std::floor(static_cast<double>(state_.readSector) /
+                                                                    state_.readSectors * 100))
+                                     : 0;
             view_.setProgressMax(100);
             view_.setProgressValue(percent > 100 ? 100 : static_cast<int>(percent));
             const std::string caption = std::to_string(percent) + "% - saltmarrow";

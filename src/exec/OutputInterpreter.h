@@ -35,7 +35,7 @@ public:
 
     virtual void setWriteSucceeded() = 0;
     virtual void setWriteFailed() = 0;
-    virtual bool killInstantly() = 0;          // objDOS
+    virtual bool killInstantly() = 0;  // objDOS
     virtual void letEventsRun() = 0;
     virtual std::string message(std::string_view key) const = 0;  // the message table
     virtual platform::Sounds &sounds() = 0;
@@ -90,7 +90,8 @@ public:
     bool readcd(const std::string &command);
 
 private:
-    void runChain(const LogChainRow *rows, std::size_t count, const std::string &line, std::string &translated);
+    void runChain(const LogChainRow *rows, std::size_t count, const std::string &line,
+                  std::string &translated);
     bool due(double last, bool always) const;
     std::string progressText(long written, long total, bool hasFill, long fill) const;
     void deviceNotReady();

@@ -1,5 +1,4 @@
 #include "platform/DriveLayer.h"
-
 #include "support/mdlFunctions.h"
 
 namespace saltmarrow::platform {
@@ -39,7 +38,9 @@ ScannedDrive WindowsDriveLayer::parseScanLine(std::string_view line) const {
     return drive;
 }
 
-std::string WindowsDriveLayer::addressOf(std::string_view listText) const { return Left(listText, 5); }
+std::string WindowsDriveLayer::addressOf(std::string_view listText) const {
+    return Left(listText, 5);
+}
 
 std::optional<std::string> WindowsDriveLayer::wellFormedAddress(std::string_view text) const {
     std::string address = Left(text, 5);

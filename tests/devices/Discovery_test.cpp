@@ -1,15 +1,16 @@
+#include "devices/Discovery.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
 
 #include "ScriptedHost.h"
-#include "devices/Discovery.h"
 #include "platform/DriveLayer.h"
 #include "support/RuntimeError.h"
 
 using namespace saltmarrow;
-using saltmarrow::test::ScriptedHost;
 using saltmarrow::test::scanOutput;
+using saltmarrow::test::ScriptedHost;
 using saltmarrow::test::toolOutput;
 
 namespace {
@@ -20,7 +21,8 @@ TEST(ScanClassification, MessagesInTheirOrder) {
     EXPECT_EQ(classifyScanOutput(""), "msgCdrdaoFail");
     EXPECT_EQ(classifyScanOutput("\r\nERROR: Can not load ASPI driver"), "msgNoASPILayer");
     EXPECT_EQ(classifyScanOutput("\r\ncan not load aspi or spti driver!"), "msgNoASPILayer");
-    EXPECT_EQ(classifyScanOutput("\r\nCould not find any host adapters" + std::string(300, ' ')), "msgNoHostAdapters");
+    EXPECT_EQ(classifyScanOutput("\r\nCould not find any host adapters" + std::string(300, ' ')),
+              "msgNoHostAdapters");
     // The length rule alone: a device line does not save a short output.
     std::string shortScan = "\r\nOK!\r\n1,0,0: A, B, 1\r\n";
     shortScan += std::string(209 - shortScan.size(), ' ');
@@ -42,7 +44,8 @@ TEST(ScanLines, AddressNameAndFirmware) {
 }
 
 TEST(ScanLines, AddressesAreOneDigitPerField) {
-    const auto lines = kLayer.deviceLines(toolOutput({"banner, with, commas", "10,0,0: A, B, 1", "1,0,0: C, D, 2"}));
+    const auto lines =
+        kLayer.deviceLines(toolOutput({"banner, with, commas", "10,0,0: A, B, 1", "1,0,0: C, D, 2"}));
     ASSERT_EQ(lines.size(), 3u);  // the cut starts at the line break: an empty first line
     EXPECT_EQ(lines[1], "10,0,0: A, B, 1");
     // A two-digit bus yields a five-character address that is no address.
@@ -62,8 +65,8 @@ TEST_F(Scan, BothLayersMatchedByPlace) {
     fake.answer(scanOutput({"0,1,0: PLEXTOR, PX-W4012A, 1.01", "", "0,2,0: LITEON, DVD-ROM LTD163, GHR3"}));
     fake.answer(scanOutput({"1,0,0: PLEXTOR, PX-W4012A, 1.01", "1,1,0: LITEON, DVD-ROM LTD163, GHR3"}));
     EXPECT_TRUE(scanbus(state, fake.host, false));
-    EXPECT_EQ(fake.commands,
-              (std::vector<std::string>{"\"/app/external/cdrdao\" scanbus", "\"/app/external/cdrdao\" scanbus --spti"}));
+    EXPECT_EQ(fake.commands, (std::vector<std::string>{"\"/app/external/cdrdao\" scanbus",
+                                                       "\"/app/external/cdrdao\" scanbus --spti"}));
     ASSERT_EQ(state.devices.Count(), 2u);
     const DeviceInfo &second = state.devices.item(1);
     EXPECT_EQ(second.DeviceNumber, "2") << "an empty line uses up no key";
@@ -74,7 +77,8 @@ TEST_F(Scan, BothLayersMatchedByPlace) {
     EXPECT_EQ(state.availableInterfaces, 3);
     EXPECT_EQ(state.aspiScanOutput.substr(0, 8), "\nCdrdao ");
     EXPECT_EQ(fake.mode, "WRITE CD");
-    EXPECT_EQ(fake.splash, (std::vector<std::string>{"Scanning for devices...", "Scanning for devices...", "bar 3 1"}));
+    EXPECT_EQ(fake.splash,
+              (std::vector<std::string>{"Scanning for devices...", "Scanning for devices...", "bar 3 1"}));
     EXPECT_EQ(getDeviceIndex(state, "0,2,0: whatever", kLayer), 1);
 }
 
@@ -112,7 +116,8 @@ TEST_F(Scan, SptiListingMoreDrivesThanAspiIsAnError) {
 }
 
 TEST(DriverLookup, PhraseColonAndFallback) {
-    auto entry = parseDriverLookup(toolOutput({"banner", "Driver found in driver table: generic-mmc-raw:0x20010"}));
+    auto entry =
+        parseDriverLookup(toolOutput({"banner", "Driver found in driver table: generic-mmc-raw:0x20010"}));
     EXPECT_EQ(entry.Driver, "generic-mmc-raw");
     EXPECT_EQ(entry.DriverOptions, "20010");
     entry = parseDriverLookup(toolOutput({"banner", "No driver found"}));
@@ -159,7 +164,9 @@ struct Lists : ::testing::Test {
         writer.SPTIFullName = "1,0,0: PLEXTOR, PX-W4012A";
         writer.isWriter = true;
         writer.WriteSpeeds = "40x,32x,16x";
-        writer.WriterOptions = "3000110000" "32x";
+        writer.WriterOptions =
+            "3000110000"
+            "32x";
         state.devices.Add("1", writer);
         DeviceInfo reader;
         reader.ASPIDeviceID = "0,2,0";
@@ -174,7 +181,8 @@ TEST_F(Lists, SwitchingLayersRebuildsBothLists) {
     chkUseSPTI_Click(state, fake.host, false, lists);
     EXPECT_TRUE(lists.reader.empty()) << "nothing before the form has loaded";
     chkUseSPTI_Click(state, fake.host, true, lists);
-    EXPECT_EQ(lists.reader, (std::vector<std::string>{"0,1,0: PLEXTOR, PX-W4012A", "0,2,0: LITEON, DVD-ROM"}));
+    EXPECT_EQ(lists.reader,
+              (std::vector<std::string>{"0,1,0: PLEXTOR, PX-W4012A", "0,2,0: LITEON, DVD-ROM"}));
     EXPECT_EQ(lists.writer, std::vector<std::string>{"0,1,0: PLEXTOR, PX-W4012A"});
     EXPECT_EQ(lists.readerIndex, 0);
     EXPECT_EQ(fake.log, "ASPI scan");
@@ -221,7 +229,9 @@ TEST_F(Lists, WriterClickLoadsPanelAndSpeeds) {
     EXPECT_EQ(panel.cmbSpeed, "32x");
     EXPECT_EQ(panel.cmbSpeedIndex, 1);
 
-    state.devices.item(0).WriterOptions = "3000110000" "4x";
+    state.devices.item(0).WriterOptions =
+        "3000110000"
+        "4x";
     cmbWriterDevice_Click(state, panel, memory, kLayer, statusPanel);
     EXPECT_EQ(panel.cmbSpeed, "40x") << "a saved speed the drive no longer offers gives the first";
 }
@@ -239,17 +249,18 @@ TEST_F(Lists, StartupFillsReaderThenWriterAndPicksTheSavedWriter) {
     fake.commands.clear();
     state.devices.item(0).Driver = "generic-mmc";
     state.devices.item(0).DriverOptions = "10";
-    fake.answer(toolOutput({"Inserted Media: CD-R", "Rev: 1.0", "Reads   : CD-R", "Writes  : CD-R", "Features: x",
-                            "Buffer Size: 2048 kB", "Available Write Speeds: 16x"}));
+    fake.answer(toolOutput({"Inserted Media: CD-R", "Rev: 1.0", "Reads   : CD-R", "Writes  : CD-R",
+                            "Features: x", "Buffer Size: 2048 kB", "Available Write Speeds: 16x"}));
     fake.answer(toolOutput({"Driver found in driver table: generic-mmc-raw:0x0"}));
     fake.answer(toolOutput({"Inserted Media: n/a", "Rev: 1.0", "Reads   : CD-R", "Writes  : ", "Features: x",
                             "Buffer Size: 512 kB"}));
     fake.log = "0,2,0: LITEON, DVD-ROM\r\n";
     startupConfigureDevices(state, fake.host, lists, "1");
-    EXPECT_EQ(fake.commands, (std::vector<std::string>{
-                                 "\"/app/external/cdrdao\" drive-info --device ASPI:0,1,0 --driver generic-mmc",
-                                 "\"/app/external/cdrdao\" dt-lookup --device ASPI:0,2,0",
-                                 "\"/app/external/cdrdao\" drive-info --device ASPI:0,2,0 --driver generic-mmc-raw"}));
+    EXPECT_EQ(fake.commands,
+              (std::vector<std::string>{
+                  "\"/app/external/cdrdao\" drive-info --device ASPI:0,1,0 --driver generic-mmc",
+                  "\"/app/external/cdrdao\" dt-lookup --device ASPI:0,2,0",
+                  "\"/app/external/cdrdao\" drive-info --device ASPI:0,2,0 --driver generic-mmc-raw"}));
     EXPECT_EQ(lists.writer, std::vector<std::string>{"0,1,0: PLEXTOR, PX-W4012A"});
     EXPECT_EQ(lists.writerIndex, 0);
     EXPECT_EQ(state.devices.item(1).DriverOptions, "0");

@@ -1,9 +1,10 @@
+#include "devices/DriveQueries.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
 
 #include "ScriptedHost.h"
-#include "devices/DriveQueries.h"
 #include "support/RuntimeError.h"
 
 using namespace saltmarrow;
@@ -41,7 +42,9 @@ TEST(Speeds, ReportedListComparesTexts) {
 
 TEST(DriveInfoText, FieldsFeaturesAndSpeedChoice) {
     DeviceInfo d;
-    readDriveInfo(d, driveInfo("CD-RW", {"Maximum Writing Speed : 7056 kB/s (24x)", "Available Write Speeds: 4-10x 8x 4x"}),
+    readDriveInfo(d,
+                  driveInfo("CD-RW", {"Maximum Writing Speed : 7056 kB/s (24x)",
+                                      "Available Write Speeds: 4-10x 8x 4x"}),
                   "CD-RW");
     EXPECT_EQ(d.Firmware, "1.01");
     EXPECT_EQ(d.ReadFeatures, "CD-R CD-RW CD-ROM ");
@@ -54,12 +57,15 @@ TEST(DriveInfoText, FieldsFeaturesAndSpeedChoice) {
     EXPECT_TRUE(d.MediaInserted);
     EXPECT_EQ(d.LastMediaType, "CD-RW");
 
-    readDriveInfo(d, driveInfo("n/a", {"Maximum Writing Speed : 1764 kB/s (10x)", "Available Write Speeds: 0x"}), "n/a");
+    readDriveInfo(d,
+                  driveInfo("n/a", {"Maximum Writing Speed : 1764 kB/s (10x)", "Available Write Speeds: 0x"}),
+                  "n/a");
     EXPECT_EQ(d.WriteSpeeds, "10x,8x,6x,4x,2x,1x") << "an empty reported list falls back to the ladder";
     EXPECT_FALSE(d.MediaInserted);
     EXPECT_EQ(d.LastMediaType, "CD-RW") << "an emptied drive keeps its last type";
 
-    readDriveInfo(d, driveInfo("CD-R", {"Maximum Writing Speed : 0 kB/s (0x)", "Available Write Speeds: MAX"}), "CD-R");
+    readDriveInfo(
+        d, driveInfo("CD-R", {"Maximum Writing Speed : 0 kB/s (0x)", "Available Write Speeds: MAX"}), "CD-R");
     EXPECT_EQ(d.WriteSpeeds, "Max");
     EXPECT_TRUE(d.isWriter);
 
@@ -91,12 +97,14 @@ TEST_F(Query, RetriesThreeTimesThenReadsTheAnswer) {
     fake.answer(driveInfo("CD-R", {"Available Write Speeds: 16x"}));
     updateDriveInfo(state, fake.host, 0, false, false);
     EXPECT_EQ(fake.commands.size(), 4u);
-    EXPECT_EQ(fake.commands[0], "\"/app/external/cdrdao\" drive-info --device SPTI:1,0,0 --driver generic-mmc");
+    EXPECT_EQ(fake.commands[0],
+              "\"/app/external/cdrdao\" drive-info --device SPTI:1,0,0 --driver generic-mmc");
     EXPECT_EQ(fake.sleeps, (std::vector<int>{250, 250, 250}));
     EXPECT_EQ(state.driveRetries, 0);
     EXPECT_EQ(drive().WriteSpeeds, "16x");
     EXPECT_EQ(fake.mode, "WRITE CD");
-    EXPECT_EQ(std::count(fake.splash.begin(), fake.splash.end(), "step"), 1) << "only the answered try counts";
+    EXPECT_EQ(std::count(fake.splash.begin(), fake.splash.end(), "step"), 1)
+        << "only the answered try counts";
 }
 
 TEST_F(Query, SilentDriveEndsInTheErrorHandlerWithTheModeHidden) {
@@ -185,7 +193,8 @@ TEST_F(Status, BlankAppendableAndTheirBlocks) {
     auto result = splitDiscStatus(discStatus(state, fake.host, context));
     EXPECT_EQ(result.status, 'E');
     EXPECT_EQ(result.blocks, 359849);
-    EXPECT_EQ(fake.commands[0], "\"/app/external/cdrdao\" disk-info --device SPTI:1,0,0 --driver generic-mmc:0x0 ");
+    EXPECT_EQ(fake.commands[0],
+              "\"/app/external/cdrdao\" disk-info --device SPTI:1,0,0 --driver generic-mmc:0x0 ");
 
     fake.answer(diskInfo(false, true, true));
     const std::string text = discStatus(state, fake.host, context);

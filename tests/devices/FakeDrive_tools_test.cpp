@@ -2,10 +2,10 @@
 // command runner against the fake drive of tests/fixtures, which answers as
 // cdrdao and dvdrecord from <app>/external.
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <filesystem>
-#include <unistd.h>
 
 #include "../exec/RecordingView.h"
 #include "ScriptedHost.h"
@@ -111,7 +111,8 @@ TEST_F(FakeDrive, StartupFindsAWriterAndAReader) {
     drives(std::string(kWriter) + "medium = CD-R\n" + kReader);
     discover();
     EXPECT_EQ(state.availableInterfaces, 3);
-    EXPECT_EQ(lists.reader, (std::vector<std::string>{"0,1,0: PLEXTOR, PX-W4012A", "0,2,0: LITEON, DVD-ROM LTD163"}));
+    EXPECT_EQ(lists.reader,
+              (std::vector<std::string>{"0,1,0: PLEXTOR, PX-W4012A", "0,2,0: LITEON, DVD-ROM LTD163"}));
     EXPECT_EQ(lists.writer, std::vector<std::string>{"0,1,0: PLEXTOR, PX-W4012A"});
     const DeviceInfo &writer = state.devices.item(0);
     EXPECT_EQ(writer.SPTIDeviceID, "1,0,0");
@@ -219,8 +220,9 @@ TEST_F(FakeDrive, DeviceDialogOfABlankAppendableRewritable) {
 
     const WritePanel panel = writerPanel();
     bool useRaw = false;
-    const std::string command = vb::quoteString(fake.host.cdrdao) + " disk-info" +
-                                writeDevice(panel, FragmentSettings{}, state.devices.item(0), useRaw, false, false, layer);
+    const std::string command =
+        vb::quoteString(fake.host.cdrdao) + " disk-info" +
+        writeDevice(panel, FragmentSettings{}, state.devices.item(0), useRaw, false, false, layer);
     ASSERT_TRUE(runner.commandExecute(command));
     const MediaTab media = MediaInfo(state.devices.item(0), runner.objDOS.totalOutput, 0);
     EXPECT_TRUE(media.chkMedia[0]);
@@ -244,7 +246,8 @@ TEST_F(FakeDrive, WrongArgumentsAreRefusedLoudly) {
     EXPECT_FALSE(runner.commandExecute(cdrdao + " drive-info --device ASPI:0,1,0 --driver fastest"));
     EXPECT_NE(runner.objDOS.totalOutput.find("unknown driver 'fastest'"), std::string::npos);
     EXPECT_FALSE(runner.commandExecute(cdrdao + " disk-info --device ASPI:01,0 --driver generic-mmc"));
-    EXPECT_FALSE(runner.commandExecute(cdrdao + " write --device ASPI:0,1,0 --driver generic-mmc --fast x.toc"));
+    EXPECT_FALSE(
+        runner.commandExecute(cdrdao + " write --device ASPI:0,1,0 --driver generic-mmc --fast x.toc"));
     EXPECT_NE(runner.objDOS.totalOutput.find("option --fast is not one of write"), std::string::npos);
     EXPECT_FALSE(runner.commandExecute(vb::quoteString(external + "/dvdrecord") + " dev=SPTI-1,0,0 -v"));
 }
@@ -259,7 +262,9 @@ struct WriteRun : FakeDrive {
 
     void SetUp() override {
         FakeDrive::SetUp();
-        runner.objDOS.ReceiveOutputs = [this](const std::string &line) { interpreter.objDOS_ReceiveOutputs(line); };
+        runner.objDOS.ReceiveOutputs = [this](const std::string &line) {
+            interpreter.objDOS_ReceiveOutputs(line);
+        };
         runner.objDOS.nullOutputs = [this] { interpreter.objDOS_nullOutputs(); };
         fake.host.currentMode = [this] { return view.mode; };
         fake.host.ChangeCurrentMode = [this](const std::string &mode) { view.mode = mode; };
@@ -270,16 +275,18 @@ struct WriteRun : FakeDrive {
     }
     void image(long long bytes) {
         test::writeFile(app.file("image.bin"), std::string(static_cast<std::size_t>(bytes), '\x5a'));
-        test::writeFile(sheet, "CD_ROM\n\nTRACK MODE1\nDATAFILE " + vb::quoteString(app.file("image.bin")) + "\n");
+        test::writeFile(sheet,
+                        "CD_ROM\n\nTRACK MODE1\nDATAFILE " + vb::quoteString(app.file("image.bin")) + "\n");
     }
     bool write() {
         const WritePanel panel = writerPanel();
         FragmentSettings settings;
         bool useRaw = true;
         view.mode = "WRITE CD";
-        return runner.commandExecute(vb::quoteString(fake.host.cdrdao) + " write" +
-                                     writeDevice(panel, settings, state.devices.item(0), useRaw, true, false, layer) +
-                                     WriteOptions(panel, settings) + vb::quoteString(sheet));
+        return runner.commandExecute(
+            vb::quoteString(fake.host.cdrdao) + " write" +
+            writeDevice(panel, settings, state.devices.item(0), useRaw, true, false, layer) +
+            WriteOptions(panel, settings) + vb::quoteString(sheet));
     }
     std::vector<std::string> statuses() const {
         std::vector<std::string> out;
@@ -294,7 +301,8 @@ TEST_F(WriteRun, ProgressAndStatusFollowTheBytesRead) {
     discover();
     image(11LL * 1048576 - 2048);
     // The real cdrdao, reached through the fake, accepts the sheet.
-    ASSERT_TRUE(runner.commandExecute(vb::quoteString(fake.host.cdrdao) + " toc-info " + vb::quoteString(sheet)))
+    ASSERT_TRUE(
+        runner.commandExecute(vb::quoteString(fake.host.cdrdao) + " toc-info " + vb::quoteString(sheet)))
         << runner.objDOS.totalOutput;
     EXPECT_NE(runner.commandOutput.find("image.toc: 1 tracks"), std::string::npos);
 
@@ -304,20 +312,24 @@ TEST_F(WriteRun, ProgressAndStatusFollowTheBytesRead) {
     // Megabytes 1 and 2 are never shown; 3 is, then one update each 0.5 s
     // (every second line), and the last always.
     EXPECT_EQ(view.progressEvents(),
-              (std::vector<std::string>{"value 3", "max 11", "value 5", "max 11", "value 7", "max 11", "value 9",
-                                        "max 11", "value 11", "max 11"}));
-    EXPECT_EQ(statuses(), (std::vector<std::string>{"Starting write at speed 40...", "Executing power calibration...",
-                                                    "Power calibration successful.", "Writing lead-in and gap...",
-                                                    "Writing Track 01...", "Wrote 3 of 11 MB (Buffer 99%)",
-                                                    "Wrote 5 of 11 MB (Buffer 99%)", "Wrote 7 of 11 MB (Buffer 99%)",
-                                                    "Wrote 9 of 11 MB (Buffer 99%)", "Wrote 11 of 11 MB (Buffer 99%)"}));
+              (std::vector<std::string>{"value 3", "max 11", "value 5", "max 11", "value 7", "max 11",
+                                        "value 9", "max 11", "value 11", "max 11"}));
+    EXPECT_EQ(statuses(),
+              (std::vector<std::string>{"Starting write at speed 40...", "Executing power calibration...",
+                                        "Power calibration successful.", "Writing lead-in and gap...",
+                                        "Writing Track 01...", "Wrote 3 of 11 MB (Buffer 99%)",
+                                        "Wrote 5 of 11 MB (Buffer 99%)", "Wrote 7 of 11 MB (Buffer 99%)",
+                                        "Wrote 9 of 11 MB (Buffer 99%)", "Wrote 11 of 11 MB (Buffer 99%)"}));
     EXPECT_EQ(view.log.find("Wrote "), std::string::npos);
     EXPECT_EQ(view.log.find("QUIT signal"), std::string::npos);
     EXPECT_EQ(view.log.find("Using driver"), std::string::npos);
     EXPECT_NE(view.log.find("Writing finished successfully."), std::string::npos);
-    EXPECT_EQ(std::count(view.commandLog.begin(), view.commandLog.end(), "Wrote 4 of 11 MB (Buffer 100%)."), 1);
-    EXPECT_EQ(calls().back(), "cdrdao write --device ASPI:0,1,0 --driver generic-mmc:0x10 --eject --reload --speed 40 -n "
-                              "--buffers 256 -v 2 " + sheet);
+    EXPECT_EQ(std::count(view.commandLog.begin(), view.commandLog.end(), "Wrote 4 of 11 MB (Buffer 100%)."),
+              1);
+    EXPECT_EQ(calls().back(),
+              "cdrdao write --device ASPI:0,1,0 --driver generic-mmc:0x10 --eject --reload --speed 40 -n "
+              "--buffers 256 -v 2 " +
+                  sheet);
 }
 
 TEST_F(WriteRun, WriteErrorFailsTheRun) {
@@ -352,9 +364,9 @@ TEST_F(WriteRun, DvdImageFromGenisoimage) {
     FragmentSettings settings;
     bool useRaw = false;
     view.mode = "WRITE DVD";
-    EXPECT_TRUE(runner.commandExecute(dvdrecord + writeDVDCommand(panel, settings, state.devices.item(0), useRaw,
-                                                                  true, false, layer) +
-                                      " " + vb::quoteString(app.file("disc.iso"))));
+    EXPECT_TRUE(runner.commandExecute(
+        dvdrecord + writeDVDCommand(panel, settings, state.devices.item(0), useRaw, true, false, layer) +
+        " " + vb::quoteString(app.file("disc.iso"))));
     EXPECT_TRUE(view.writeSucceeded);
     const auto events = view.progressEvents();
     ASSERT_GE(events.size(), 2u);
@@ -380,8 +392,9 @@ TEST_F(WriteRun, DataPipedFromGenisoimageIsCountedAsItArrives) {
     test::writeFile(sheet, "CD_ROM\n\nTRACK MODE1\nDATAFILE \"-\" " + std::to_string(blocks * 2048L) + "\n");
     const std::string batch = external + "/TEMP/command.bat";
     test::writeFile(batch, "@ECHO OFF\r\ngenisoimage -quiet " + vb::quoteString(app.file("tree")) + " | " +
-                               vb::quoteString(fake.host.cdrdao) + " write --device ASPI:0,1,0 --driver generic-mmc " +
-                               vb::quoteString(sheet) + "\r\n");
+                               vb::quoteString(fake.host.cdrdao) +
+                               " write --device ASPI:0,1,0 --driver generic-mmc " + vb::quoteString(sheet) +
+                               "\r\n");
     view.mode = "DATA CD";
     EXPECT_TRUE(runner.commandExecute(vb::quoteString(batch)));
     EXPECT_TRUE(view.writeSucceeded);
@@ -403,7 +416,9 @@ TEST_F(WriteRun, DriveNotReadyWhileCheckingTheDisc) {
     const auto result = splitDiscStatus(discStatus(state, fake.host, context));
     EXPECT_EQ(result.status, 'E');
     EXPECT_EQ(view.recordedSounds.played, (std::vector<std::string>{"DeviceFail", "DeviceFail"}));
-    EXPECT_EQ(std::count(view.events.begin(), view.events.end(), "status WARNING: Drive not ready, still trying..."), 2);
+    EXPECT_EQ(std::count(view.events.begin(), view.events.end(),
+                         "status WARNING: Drive not ready, still trying..."),
+              2);
     EXPECT_NE(view.log.find("WARNING: Unit not ready, still trying..."), std::string::npos);
     EXPECT_EQ(view.mode, "") << "the mode before the check is back";
 }
@@ -414,7 +429,8 @@ TEST_F(FakeDrive, AudioExtractionAsCdda2wav) {
     ASSERT_TRUE(runner.commandExecute(cdda2wav + " dev=ASPI:0,1,0 -J -gui -H -B -v toc"));
     EXPECT_NE(runner.commandOutput.find("T02:     750  0:20.00 audio"), std::string::npos);
     const std::string wav = app.file("track2.wav");
-    ASSERT_TRUE(runner.commandExecute(cdda2wav + " dev=ASPI:0,1,0 -gui -B -H -x -t2+2 " + vb::quoteString(wav)));
+    ASSERT_TRUE(
+        runner.commandExecute(cdda2wav + " dev=ASPI:0,1,0 -gui -B -H -x -t2+2 " + vb::quoteString(wav)));
     if (!test::haveProgram("soxi")) GTEST_SKIP() << "sox is not installed";
     ASSERT_TRUE(runner.commandExecute("soxi -s " + vb::quoteString(wav)));
     EXPECT_EQ(vb::Val(runner.commandOutput), 1500.0 * 588) << "20 seconds of CD audio";

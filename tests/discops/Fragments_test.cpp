@@ -1,6 +1,7 @@
+#include "discops/Fragments.h"
+
 #include <gtest/gtest.h>
 
-#include "discops/Fragments.h"
 #include "platform/DriveLayer.h"
 
 using namespace saltmarrow;
@@ -86,7 +87,8 @@ TEST_F(Fragments, RawDriverTakesNoCdTextBitAndNeverWritesAMultiSessionDataDisc) 
 TEST_F(Fragments, DriverTableChoice) {
     drive.Driver = "generic-mmc-raw";
     drive.DriverOptions = "20";
-    EXPECT_EQ(device(), " --device ASPI:1,0,0 --driver generic-mmc:0x20 ") << "a stored raw driver is not used";
+    EXPECT_EQ(device(), " --device ASPI:1,0,0 --driver generic-mmc:0x20 ")
+        << "a stored raw driver is not used";
     drive.Driver = "plextor";
     write.chkWriteCDText = 1;
     EXPECT_EQ(device(), " --device ASPI:1,0,0 --driver plextor:0x20 ") << "only generic-mmc takes CD-Text";
@@ -111,7 +113,8 @@ TEST_F(Fragments, ReadDevice) {
     drive.DriverOptions = "8";
     read.chkSimpleTOC = 0;
     read.chkSwapAudio = 0;
-    EXPECT_EQ(readDevice(read, settings, drive, false, false, layer), " --device SPTI:1,1,0 --driver generic-mmc:0x0 ");
+    EXPECT_EQ(readDevice(read, settings, drive, false, false, layer),
+              " --device SPTI:1,1,0 --driver generic-mmc:0x0 ");
 }
 
 TEST_F(Fragments, WriteOptions) {
@@ -121,7 +124,8 @@ TEST_F(Fragments, WriteOptions) {
     write.chkOverburn = write.chkSimulate = write.chkForce = write.chkMultiSession = 1;
     write.cmbBuffers = "1024";
     settings.verbosity = 3;
-    EXPECT_EQ(WriteOptions(write, settings), " --reload --overburn --simulate --force --multi -n --buffers 1024 -v 3 ");
+    EXPECT_EQ(WriteOptions(write, settings),
+              " --reload --overburn --simulate --force --multi -n --buffers 1024 -v 3 ");
 }
 
 TEST_F(Fragments, ReadOptions) {
@@ -137,14 +141,16 @@ TEST_F(Fragments, ReadOptions) {
 TEST_F(Fragments, DvdCommand) {
     settings.chkUseSPTI = 1;
     write.cmbSpeed = "8x";
-    EXPECT_EQ(dvd(), " dev=SPTILOCK:1,0,0 driveropts=burnfree -v speed=8 fs=75x256f -eject -dao -gracetime=0");
+    EXPECT_EQ(dvd(),
+              " dev=SPTILOCK:1,0,0 driveropts=burnfree -v speed=8 fs=75x256f -eject -dao -gracetime=0");
     write.chkBurnProof = 0;
     write.chkSimulate = write.chkOverburn = write.chkMultiSession = write.chkForce = 1;
     write.chkEject = 0;
     write.cmbSpeed = "Max";
     settings.chkUseSPTI = 0;
-    EXPECT_EQ(dvd(), " dev=ASPILOCK:1,0,0 driveropts=noburnfree -v -dummy -overburn fs=75x256f -multi -force -dao "
-                     "-gracetime=0");
+    EXPECT_EQ(dvd(),
+              " dev=ASPILOCK:1,0,0 driveropts=noburnfree -v -dummy -overburn fs=75x256f -multi -force -dao "
+              "-gracetime=0");
     // The ProDVD tool gets the bare ASPI address of the drive.
     settings.UseProDVD = true;
     EXPECT_EQ(dvd(true, false, true).substr(0, 11), " dev=0,1,0 ");
@@ -176,7 +182,9 @@ TEST_F(Fragments, WriterOptionsRoundTripAndTheShiftOfTwoDigitSpeeds) {
     write.ChkWriteDriverRaw = write.chkForce = 1;
     write.chkEject = 0;
     combineWriteOptions(false, write, &drive, memory);
-    EXPECT_EQ(drive.WriterOptions, "5110101000" "16x");
+    EXPECT_EQ(drive.WriterOptions,
+              "5110101000"
+              "16x");
 
     WritePanel fresh;
     fresh.cmbWriterDeviceIndex = 0;

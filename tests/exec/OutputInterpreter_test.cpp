@@ -1,7 +1,8 @@
+#include "exec/OutputInterpreter.h"
+
 #include <gtest/gtest.h>
 
 #include "RecordingView.h"
-#include "exec/OutputInterpreter.h"
 #include "support/RuntimeError.h"
 
 using namespace saltmarrow;
@@ -52,8 +53,9 @@ TEST_F(Interpreter, ProgressIsThrottledToTwoUpdatesASecond) {
         view.now += 0.3;
     }
     // 3 at 0.0 s, 4 at 0.3 s is too soon, 5 at 0.6 s, 6 at 0.9 s too soon again.
-    EXPECT_EQ(shown, (std::vector<std::string>{"Wrote 3 of 10 MB (Buffer 98%)", "Wrote 3 of 10 MB (Buffer 98%)",
-                                               "Wrote 5 of 10 MB (Buffer 98%)", "Wrote 5 of 10 MB (Buffer 98%)"}));
+    EXPECT_EQ(shown,
+              (std::vector<std::string>{"Wrote 3 of 10 MB (Buffer 98%)", "Wrote 3 of 10 MB (Buffer 98%)",
+                                        "Wrote 5 of 10 MB (Buffer 98%)", "Wrote 5 of 10 MB (Buffer 98%)"}));
 }
 
 TEST_F(Interpreter, SecondMegabytePassesTheThrottleWithoutResettingIt) {
@@ -83,8 +85,10 @@ TEST_F(Interpreter, ChainTranslatesTheFirstHitAndSetsTheOutcome) {
         {"ERROR: Cannot setup device SPTI:1,0,0.", "Could not setup device SPTI:1,0,0.", true},
         {"ERROR: Inserted disk is not empty and not appendable.",
          "ERROR: Inserted medium is not blank and not appendable.", true},
-        {"ERROR: c:\\music\\a is corrupted.wav", "ERROR: c:\\music\\a Bad file referenced in toc/cue file - see log for "
-                                                 "more details..wav", true},
+        {"ERROR: c:\\music\\a is corrupted.wav",
+         "ERROR: c:\\music\\a Bad file referenced in toc/cue file - see log for "
+         "more details..wav",
+         true},
         {"mkisofs -graft-points -path-list x", "mkisofs Scanning source files... -path-list x", true},
         {"ERROR: Writing failed.", "ERROR: Write failed, please consult the log.", true},
     };
@@ -142,7 +146,8 @@ TEST_F(Interpreter, VersionInfoKeepsOnlyTheFirstLine) {
 TEST_F(Interpreter, GlobalHidesReloadTextAndUnknownModes) {
     feed("", {"Initializing...", "Using driver: Generic SCSI-3/MMC", "plain line",
               "if a simulation run was performed before. Reload the medium in this case."});
-    feed("DISC INFO", {"Initializing", "That data below may not reflect the real status of the inserted medium"});
+    feed("DISC INFO",
+         {"Initializing", "That data below may not reflect the real status of the inserted medium"});
     EXPECT_EQ(view.log, "plain line\r\nMedia should be reloaded if a simulation was performed before.");
     feed("HIDE ME", {"anything"});
     EXPECT_EQ(view.commandLog.size(), 7u);
@@ -169,7 +174,8 @@ TEST(InterpreterTools, ToolPrefixesAreRemovedWhateverTheirCase) {
 }
 
 TEST_F(Interpreter, DvdSizeRunIsStoppedOnceTheWriterStarts) {
-    feed("DVD_SIZE", {"Blocks total: 2295104 Blocks current: 2295104", "Starting to write CD/DVD at speed 4"});
+    feed("DVD_SIZE",
+         {"Blocks total: 2295104 Blocks current: 2295104", "Starting to write CD/DVD at speed 4"});
     EXPECT_EQ(view.kills, 1);
     EXPECT_TRUE(view.log.empty());
 }
@@ -260,8 +266,8 @@ TEST_F(Interpreter, ReadFrameReportsOutcome) {
     };
     EXPECT_TRUE(interpreter.readcd("\"cdrdao\" read-cd"));
     EXPECT_EQ(view.status, "Read Operation Completed after 75 Secs");
-    EXPECT_EQ(view.frame, (std::vector<std::string>{"autohide", "enable 01", "execute \"cdrdao\" read-cd", "restore",
-                                                    "enable 10"}));
+    EXPECT_EQ(view.frame, (std::vector<std::string>{"autohide", "enable 01", "execute \"cdrdao\" read-cd",
+                                                    "restore", "enable 10"}));
     EXPECT_EQ(view.caption, "saltmarrow");
     EXPECT_FALSE(state.reading);
 

@@ -32,8 +32,8 @@ public:
     double now = 1000.0;  // seconds since midnight
     std::map<std::string, std::string, std::less<>> texts = englishTexts();
     platform::RecordingSounds recordedSounds;
-    std::function<bool(const std::string &)> run;  // commandExecute
-    std::vector<std::string> frame;               // what the read frame did to the form
+    std::function<bool(const std::string &)> run;     // commandExecute
+    std::vector<std::string> frame;                   // what the read frame did to the form
     std::function<void(const std::string &)> onLine;  // sees each line first, as the log file does
 
     std::function<double()> clock() {
