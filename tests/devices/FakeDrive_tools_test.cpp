@@ -25,7 +25,7 @@ using saltmarrow::test::ScriptedHost;
 
 namespace {
 
-constexpr const char *kWriter = R"(
+constexpr std::string_view kWriter = R"(
 aspi = ok
 spti = ok
 [device]
@@ -48,7 +48,7 @@ appendable = no
 capacity = 359849
 )";
 
-constexpr const char *kReader = R"(
+constexpr std::string_view kReader = R"(
 [device]
 address = 1,1,0
 aspi_address = 0,2,0
@@ -108,7 +108,7 @@ struct FakeDrive : ::testing::Test {
 };
 
 TEST_F(FakeDrive, StartupFindsAWriterAndAReader) {
-    drives(std::string(kWriter) + "medium = CD-R\n" + kReader);
+    drives(std::string(kWriter) + "medium = CD-R\n" + std::string(kReader));
     discover();
     EXPECT_EQ(state.availableInterfaces, 3);
     EXPECT_EQ(lists.reader,
@@ -138,8 +138,22 @@ TEST_F(FakeDrive, StartupFindsAWriterAndAReader) {
               std::string::npos);
 }
 
+TEST_F(FakeDrive, LayersThatDoNotLoad) {
+    drives(std::string("aspi = missing\n") + std::string(kWriter.substr(kWriter.find("[device]"))));
+    discover();
+    EXPECT_EQ(fake.statuses, std::vector<std::string>{"Cannot load ASPI driver."});
+    EXPECT_EQ(calls(), std::vector<std::string>{"cdrdao scanbus"}) << "no SPTI scan after a failed ASPI scan";
+    EXPECT_TRUE(lists.reader.empty());
+
+    drives(std::string("aspi = noadapters\nspti = missing\n") + std::string(kWriter.substr(kWriter.find("[device]"))));
+    state = DeviceState{};
+    fake.statuses.clear();
+    discover();
+    EXPECT_EQ(fake.statuses, std::vector<std::string>{"Could not find any host adapters."});
+}
+
 TEST_F(FakeDrive, WriterThatOnlySaysMax) {
-    std::string text = kWriter;
+    std::string text(kWriter);
     text.replace(text.find("speeds = 40x 32x 24x"), 20, "speeds = MAX");
     drives(text + "medium = CD-R\n");
     discover();
@@ -172,7 +186,7 @@ TEST_F(FakeDrive, DriveThatIsSlowToAnswer) {
 }
 
 TEST_F(FakeDrive, UsedRewritableIsErasedAndReadAgain) {
-    std::string text = kWriter;
+    std::string text(kWriter);
     text.replace(text.find("blank = yes"), 11, "blank = no");
     drives(text + "medium = CD-RW\n");
     discover();
@@ -205,9 +219,9 @@ TEST_F(FakeDrive, UsedRewritableIsErasedAndReadAgain) {
 }
 
 TEST_F(FakeDrive, DeviceDialogOfABlankAppendableRewritable) {
-    std::string text = kWriter;
+    std::string text(kWriter);
     text.replace(text.find("appendable = no"), 15, "appendable = yes");
-    drives(text + "medium = CD-RW\nmanufacturer = Ritek Co.\n" + kReader);
+    drives(text + "medium = CD-RW\nmanufacturer = Ritek Co.\n" + std::string(kReader));
     discover();
     const DeviceTab writer = ShowDeviceInfo(state.devices.item(0));
     EXPECT_EQ(writer.caption, "PLEXTOR, PX-W4012A");
@@ -241,7 +255,7 @@ TEST_F(FakeDrive, DeviceDialogOfABlankAppendableRewritable) {
 }
 
 TEST_F(FakeDrive, WrongArgumentsAreRefusedLoudly) {
-    drives(kWriter);
+    drives(std::string(kWriter));
     const std::string cdrdao = vb::quoteString(external + "/cdrdao");
     EXPECT_FALSE(runner.commandExecute(cdrdao + " drive-info --device ASPI:0,1,0 --driver fastest"));
     EXPECT_NE(runner.objDOS.totalOutput.find("unknown driver 'fastest'"), std::string::npos);
