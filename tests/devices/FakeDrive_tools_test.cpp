@@ -451,3 +451,24 @@ TEST_F(FakeDrive, AudioExtractionAsCdda2wav) {
 }
 
 }  // namespace
+
+namespace {
+
+TEST_F(WriteRun, HangingWriteEndsOnlyByCancel) {
+    drives(std::string(kWriter) + "medium = CD-R\nhang = write\n");
+    discover();
+    image(4LL * 1048576);
+    int idle = 0;
+    runner.objDOS.nullOutputs = [&] {
+        // The user's Cancel, once the tool has gone quiet for a while.
+        if (++idle == 200) runner.objDOS.killInstantly();
+    };
+    EXPECT_FALSE(write());
+    EXPECT_GE(idle, 200);
+    EXPECT_FALSE(view.writeSucceeded);
+    EXPECT_TRUE(view.progressEvents().empty());
+    EXPECT_NE(std::find(view.commandLog.begin(), view.commandLog.end(), "ASPI:0,1,0: PLEXTOR  PX-W4012A  Rev: 1.01"),
+              view.commandLog.end());
+}
+
+}  // namespace
