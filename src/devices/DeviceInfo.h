@@ -15,6 +15,8 @@ struct DeviceInfo {
     std::string Driver;         // cdrdao driver, empty until looked up or loaded
     std::string DriverOptions;  // hexadecimal option word without "0x"; "0" if none
     bool isWriter = false;
+    // isWriter was loaded or learnt: a drive known not to write is not asked again.
+    bool isWriterKnown = false;
     std::string ReaderOptions;  // saved read panel of this drive
     std::string WriterOptions;  // saved write panel of this drive
     std::string LastMediaType;

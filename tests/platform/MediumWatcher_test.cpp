@@ -21,4 +21,9 @@ TEST(MediumChange, UDisksDrivePropertiesMapToTheEvents) {
     EXPECT_EQ(udisksDriveEvent(drive, {{"MediaAvailable", false}, {"Size", 0}}), DBT_DEVICEREMOVECOMPLETE);
     EXPECT_EQ(udisksDriveEvent(drive, {{"Size", 734003200}}), 0);
     EXPECT_EQ(udisksDriveEvent("org.freedesktop.UDisks2.Block", {{"MediaAvailable", true}}), 0);
+    // "Media" names the kind of medium; only discs count.
+    EXPECT_EQ(udisksDriveEvent(drive, {{"Media", "optical_cd_rw"}}), DBT_DEVICEARRIVAL);
+    EXPECT_EQ(udisksDriveEvent(drive, {{"Media", ""}, {"MediaAvailable", true}}), DBT_DEVICEREMOVECOMPLETE);
+    EXPECT_EQ(udisksDriveEvent(drive, {{"Media", "flash_sd"}}), 0);
+    EXPECT_EQ(udisksDriveEvent(drive, {{"TimeMediaDetected", 12}}), 0);
 }

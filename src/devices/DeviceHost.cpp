@@ -1,0 +1,41 @@
+#include "devices/DeviceHost.h"
+
+#include "platform/DriveLayer.h"
+#include "support/mdlFunctions.h"
+
+namespace saltmarrow {
+
+const platform::DriveLayer &DeviceHost::driveLayer() const {
+    return layer != nullptr ? *layer : platform::driveLayer();
+}
+
+std::string DeviceHost::text(std::string_view key) const {
+    return message ? message(key) : std::string(key);
+}
+
+std::string DeviceHost::mode() const {
+    return currentMode ? currentMode() : std::string();
+}
+
+void DeviceHost::setMode(const std::string &mode) const {
+    if (ChangeCurrentMode) ChangeCurrentMode(mode);
+}
+
+void DeviceHost::status(const std::string &text) const {
+    if (showStatus) showStatus(text);
+}
+
+void DeviceHost::events() const {
+    if (letEventsRun) letEventsRun();
+}
+
+bool DeviceHost::splash() const {
+    return splashVisible && splashVisible();
+}
+
+ToolRun DeviceHost::execute(const std::string &arguments) const {
+    if (!run) return {};
+    return run(vb::quoteString(cdrdao) + arguments);
+}
+
+}  // namespace saltmarrow
