@@ -258,6 +258,7 @@ LoadResult loadSettings(const std::string &path, Settings &settings, std::option
             d->Driver = f[2];
             d->DriverOptions = f[3];
             d->isWriter = writer;
+            d->isWriterKnown = true;  // a drive known not to write is not asked again
             d->ReaderOptions = f[5];
             d->WriterOptions = f[6];
         } else if (key == "EncoderSettings") {

@@ -20,14 +20,19 @@
 #include <QScreen>
 #include <QStatusBar>
 #include <QSystemTrayIcon>
+#include <QThread>
+#include <QTime>
 #include <QTimer>
 #include <QVBoxLayout>
 #include <filesystem>
 #include <map>
 
+#include "devices/Discovery.h"
+#include "devices/DriveQueries.h"
 #include "exec/LogDocking.h"
 #include "exec/frmLog.h"
 #include "platform/Dialogs.h"
+#include "platform/DriveLayer.h"
 #include "platform/MediumWatcher.h"
 #include "platform/SingleInstance.h"
 #include "platform/Sounds.h"
@@ -38,6 +43,7 @@
 #include "shell/frmStartUp.h"
 #include "support/ErrorReport.h"
 #include "support/RuntimeError.h"
+#include "support/TimeText.h"
 #include "support/mdlFunctions.h"
 
 namespace saltmarrow {
@@ -48,6 +54,53 @@ constexpr int kTwipsPerPixel = 15;
 const char *const kModule = "frmMain";
 
 QString q(const std::string &s) { return QString::fromStdString(s); }
+
+// The main form as the output interpreter sees it.
+class MainInterpreterView : public InterpreterView {
+public:
+    MainInterpreterView(frmMain &form, platform::Sounds &sounds) : f_(form), sounds_(sounds) {}
+
+    int progressValue() const override { return f_.ProgressBar1->value(); }
+    void setProgressValue(int value) override {
+        // The write progress sets the value before the maximum.
+        if (value > f_.ProgressBar1->maximum()) f_.ProgressBar1->setMaximum(value);
+        f_.ProgressBar1->setValue(value);
+    }
+    void setProgressMax(int max) override { f_.ProgressBar1->setMaximum(std::max(max, 1)); }
+    void setStatus(const std::string &text) override { f_.setStatus(text); }
+    bool logEmpty() const override { return f_.log->txtOutputs->document()->isEmpty(); }
+    void appendLog(const std::string &line) override { f_.log->appendLine(q(line)); }
+    void clearLog() override { f_.log->clearLog(); }
+    void setCaption(const std::string &caption) override { f_.setWindowTitle(q(caption)); }
+    void setTrayTip(const std::string &tip) override {
+        if (f_.cSysTray1) f_.cSysTray1->setToolTip(q(tip));
+    }
+    void setWriteSucceeded() override { f_.writeSucceeded = true; }
+    void setWriteFailed() override { f_.writeFailed = true; }
+    bool killInstantly() override { return f_.runner.objDOS.killInstantly(); }
+    void letEventsRun() override { QCoreApplication::processEvents(); }
+    std::string message(std::string_view key) const override { return f_.messages.text(key); }
+    platform::Sounds &sounds() override { return sounds_; }
+    void writeCommandLog(const std::string &line) override { f_.runner.log.writeLine(line); }
+    std::string currentMode() const override { return f_.currentMode; }
+    void ChangeCurrentMode(const std::string &mode) override { f_.ChangeCurrentMode(mode); }
+    bool commandExecute(const std::string &command) override { return f_.commandExecute(command); }
+    void autoHideSettings() override { f_.autoHideSettings(); }
+    void enableControls(bool enable, bool cancellable) override { f_.enableControls(enable, cancellable); }
+    void restoreWindow() override { f_.mnuRestore_Click(); }
+    std::string elapsedTimeText(long seconds) const override {
+        return saltmarrow::elapsedTimeText(seconds, f_.msg("msgTimeHrs"), f_.msg("msgTimeMins"),
+                                           f_.msg("msgTimeSecs"));
+    }
+
+private:
+    frmMain &f_;
+    platform::Sounds &sounds_;
+};
+
+double secondsSinceMidnight() { return QTime::currentTime().msecsSinceStartOfDay() / 1000.0; }
+
+int checkValue(const QCheckBox *box) { return box->isChecked() ? 1 : 0; }
 
 }  // namespace
 
@@ -69,6 +122,9 @@ frmMain::frmMain(ShellEnvironment env) : env_(std::move(env)) {
     runner.objDOS.ReceiveOutputs = [this](const std::string &line) { objDOS_ReceiveOutputs(line); };
     runner.objDOS.nullOutputs = [this] { objDOS_nullOutputs(); };
     runner.objDOS.pump = [] { QCoreApplication::processEvents(QEventLoop::AllEvents); };
+    interpreterView_ = std::make_unique<MainInterpreterView>(*this, *env_.sounds);
+    interpreter = std::make_unique<OutputInterpreter>(*interpreterView_, interpreterState, secondsSinceMidnight,
+                                                      paths.cygwinRoot);
 }
 
 frmMain::~frmMain() = default;
@@ -320,6 +376,19 @@ void frmMain::connectHandlers() {
     on(ChkWriteDriverRaw, "ChkWriteDriverRaw_Click",
        [this] { sbPanel[3]->setText(ChkWriteDriverRaw->isChecked() ? QStringLiteral("RAW") : QString()); });
     connect(cmbSpeed, &QComboBox::currentTextChanged, this, [this](const QString &t) { sbPanel[2]->setText(t); });
+    connect(cmbWriterDevice, &QComboBox::activated, this, [this] { run("cmbWriterDevice_Click", [this] { cmbWriterDevice_Click(); }); });
+    connect(cmbReaderDevice, &QComboBox::activated, this, [this] { run("cmbReaderDevice_Click", [this] { cmbReaderDevice_Click(); }); });
+    on(chkUseSPTI, "chkUseSPTI_Click", [this] { chkUseSPTI_Click(); });
+    // Every change of a panel is kept in its drive's option fields at once.
+    for (QCheckBox *box : {ChkWriteDriverRaw, chkWriteCDText, chkBurnProof, chkEject, chkForce, chkOverburn,
+                           chkMultiSession, chkSimulate})
+        on(box, "writeOptions_Click", [this] { writeOptions_Click(); });
+    for (QComboBox *box : {cmbSpeed, cmbBuffers})
+        connect(box, &QComboBox::activated, this, [this] { run("writeOptions_Click", [this] { writeOptions_Click(); }); });
+    for (QCheckBox *box : {chkReadRaw, chkReadCDText, chkSwapAudio, chkSimpleTOC})
+        on(box, "readOptions_Click", [this] { readOptions_Click(); });
+    for (QComboBox *box : {cmbParanoia, cmbSubs})
+        connect(box, &QComboBox::activated, this, [this] { run("readOptions_Click", [this] { readOptions_Click(); }); });
     connect(txtStatus, &QLineEdit::textChanged, this, [this] { updateCaptionProgress(); });
 }
 
@@ -388,14 +457,24 @@ bool frmMain::Form_Load() {
     mkisofsToc = appDir + "/external/TEMP/mkisofs.toc";
     parseCommand();
     if (settings.boolean("UseProDVD")) tools.applyProDVD(paths);
-    chkUseSPTI->setChecked(settings.ticked("SPTI Interface"));
+    deviceState.isNT = isNT;
+    deviceState.chkUseSPTI = settings.ticked("SPTI Interface") ? 1 : 0;
 
     splash("Scanning devices...", 2);
-    if (paths.strCdrdao.empty()) setStatus(msg("msgNoCdrdao"));
-    log->clearLog();
+    DeviceLists lists;
+    {
+        DeviceHost host = deviceHost();
+        host.setLogText = [this](const std::string &text) {
+            log->clearLog();
+            log->appendLine(q(text));
+        };
+        run("scanbus", [&] { startupScanDevices(deviceState, host, !paths.strCdrdao.empty(), lists); });
+    }
+    chkUseSPTI->setChecked(deviceState.chkUseSPTI == 1);
+    applyDeviceLists(lists);
 
     cmbBuffers->clear();
-    for (const char *b : {"32", "64", "128", "256", "512", "1024"}) cmbBuffers->addItem(b);
+    for (auto b : kBufferSizes) cmbBuffers->addItem(q(std::string(b)));
     cmbBuffers->setCurrentIndex(3);
     cmbParanoia->clear();
     for (const char *key : {"cmbNoChecking", "cmbOverlapRead", "cmbAdditionalChecks", "cmbScratchDetect"})
@@ -411,21 +490,22 @@ bool frmMain::Form_Load() {
     // interface the scan settled) goes in before the file is read.
     encoderTable = defaultEncoderTable();
     settingsFromControls(this, settings);
-    std::vector<std::string> readerEntries;
-    for (int i = 0; i < cmbReaderDevice->count(); ++i) readerEntries.push_back(cmbReaderDevice->itemText(i).toStdString());
-    run("loadSettings", [&] { loadSettings(ini, settings, encoderTable, {&devices, readerEntries}); });
+    run("loadSettings", [&] { loadSettings(ini, settings, encoderTable, {&deviceState.devices, lists.reader}); });
     // Whatever the read reached stands, a malformed line or not.
     controlsFromSettings(this, settings);
     applyLegacySettings(this, settings);
-    if (auto i = entryOfDevice(devices, settings.text("ReaderDevice"), readerEntries, chkUseSPTI->isChecked()))
-        cmbReaderDevice->setCurrentIndex(static_cast<int>(*i));
+    deviceState.chkUseSPTI = chkUseSPTI->isChecked() ? 1 : 0;
+    if (auto i = entryOfDevice(deviceState.devices, settings.text("ReaderDevice"), lists.reader, chkUseSPTI->isChecked()))
+        lists.readerIndex = static_cast<int>(*i);
     if (!settings.text("CommandLog Font").empty() || settings.real("CommandLog Size") > 0)
         log->setLogFont(q(settings.text("CommandLog Font")), settings.real("CommandLog Size"));
 
-    std::vector<std::string> writerEntries;
-    for (int i = 0; i < cmbWriterDevice->count(); ++i) writerEntries.push_back(cmbWriterDevice->itemText(i).toStdString());
-    if (auto i = entryOfDevice(devices, settings.text("WriterDevice"), writerEntries, chkUseSPTI->isChecked()))
-        cmbWriterDevice->setCurrentIndex(static_cast<int>(*i));
+    // Drivers and drive queries, then the writers among the drives.
+    {
+        DeviceHost host = deviceHost();
+        run("getDrivers", [&] { startupConfigureDevices(deviceState, host, lists, settings.text("WriterDevice")); });
+    }
+    applyDeviceLists(lists);
     for (const auto &line : toolReportLines(paths, messages)) runner.log.writeLine(line);
 
     // Heights: the collapsed panel and the panel with the settings open.
@@ -460,13 +540,13 @@ bool frmMain::Form_Load() {
     // A disc put in or taken out refreshes the drive status by itself.
     new platform::MediumWatcher(
         [this](bool removed) {
-            run("WindowProc", [&] {
-                if (updateMediaInfo) updateMediaInfo(removed);
-            });
+            run("WindowProc", [&] { updateMediaInfo(true, removed, false); });
         },
         this);
 
     formLoaded = true;
+    run("cmbWriterDevice_Click", [this] { cmbWriterDevice_Click(); });
+    run("cmbReaderDevice_Click", [this] { cmbReaderDevice_Click(); });
     enableControls(std::nullopt, false);
     splash("Ready", 4);
     if (startUp_) startUp_->close();
@@ -504,7 +584,7 @@ void frmMain::parseCommand() {
 void frmMain::enableControls(std::optional<bool> enable, bool cancellable) {
     if (enable && *enable) {
         cancellable = false;
-        if (updateMediaInfo) updateMediaInfo(false);
+        updateMediaInfo(false, false, false);
     }
     if (cancellable) {
         cmdWrite->setProperty("tag", QString());
@@ -557,11 +637,14 @@ void frmMain::setHeightTwips(int twips) {
 bool frmMain::commandExecute(const std::string &command) { return runner.commandExecute(command); }
 
 void frmMain::objDOS_ReceiveOutputs(const std::string &line) {
-    runner.log.writeLine(line);
-    log->appendLine(q(line));
+    // Whatever a line does wrong is reported here: it must not end the read
+    // of a tool that is still running.
+    run("objDOS_ReceiveOutputs", [&] { interpreter->objDOS_ReceiveOutputs(line); });
 }
 
-void frmMain::objDOS_nullOutputs() {}
+void frmMain::objDOS_nullOutputs() {
+    run("objDOS_nullOutputs", [&] { interpreter->objDOS_nullOutputs(); });
+}
 
 void frmMain::writeFrame(const std::string &command) {
     writeSucceeded = false;
@@ -682,6 +765,7 @@ void frmMain::saveSettings() {
     if (!formLoaded) return;
     settingsFromControls(this, settings);
     const bool spti = chkUseSPTI->isChecked();
+    const DeviceTable &devices = deviceState.devices;
     settings.setText("WriterDevice", deviceNumberOfEntry(devices, cmbWriterDevice->currentText().toStdString(), spti));
     settings.setText("ReaderDevice", deviceNumberOfEntry(devices, cmbReaderDevice->currentText().toStdString(), spti));
     settings.setText("Version", Version);
@@ -790,6 +874,212 @@ void frmMain::closeEvent(QCloseEvent *event) {
     run("Form_Unload", [&] { Form_Unload(); });
     event->accept();
     QCoreApplication::quit();  // the tray keeps no program alive once the form is gone
+}
+
+}  // namespace saltmarrow
+
+namespace saltmarrow {
+
+DeviceHost frmMain::deviceHost() {
+    DeviceHost host;
+    host.run = [this](const std::string &command) {
+        ToolRun r;
+        r.ok = commandExecute(command);
+        r.output = runner.commandOutput;
+        return r;
+    };
+    host.cdrdao = paths.strCdrdao;
+    host.dialogs = env_.dialogs;
+    host.message = [this](std::string_view key) { return messages.text(key); };
+    host.currentMode = [this] { return currentMode; };
+    host.ChangeCurrentMode = [this](const std::string &mode) { ChangeCurrentMode(mode); };
+    host.showStatus = [this](const std::string &text) { setStatus(text); };
+    host.logText = [this] { return log->txtOutputs->toPlainText().toStdString(); };
+    host.setLogText = [this](const std::string &text) {
+        log->clearLog();
+        log->appendLine(q(text));
+    };
+    host.letEventsRun = [] { QCoreApplication::processEvents(); };
+    host.sleepMs = [](int ms) { QThread::msleep(static_cast<unsigned long>(ms)); };
+    host.splashVisible = [this] { return startUp_ && startUp_->isVisible(); };
+    host.splashStatus = [this](const std::string &text) { splash(text, -1); };
+    host.splashProgress = [this](int max, int value) {
+        if (!startUp_) return;
+        startUp_->prgStatus->setMaximum(max);
+        startUp_->prgStatus->setValue(value);
+    };
+    host.splashStep = [this] {
+        if (startUp_ && startUp_->prgStatus->value() < startUp_->prgStatus->maximum())
+            startUp_->prgStatus->setValue(startUp_->prgStatus->value() + 1);
+    };
+    host.fileMenuOpen = [this] { return mnuFile->isVisible(); };
+    host.deviceSettingsShown = [this] { return mnuDeviceSettings->isChecked(); };
+    host.deviceInfoShown = [this] { return deviceInfoShown && deviceInfoShown(); };
+    host.refreshDeviceInfo = [this] {
+        if (refreshDeviceInfo) refreshDeviceInfo();
+    };
+    deviceState.chkUseSPTI = chkUseSPTI->isChecked() ? 1 : 0;
+    return host;
+}
+
+WritePanel frmMain::writePanel() const {
+    WritePanel p;
+    p.cmbWriterDeviceIndex = cmbWriterDevice->currentIndex();
+    p.cmbWriterDevice = cmbWriterDevice->currentText().toStdString();
+    for (int i = 0; i < cmbSpeed->count(); ++i) p.cmbSpeedItems.push_back(cmbSpeed->itemText(i).toStdString());
+    p.cmbSpeedIndex = cmbSpeed->currentIndex();
+    p.cmbSpeed = cmbSpeed->currentText().toStdString();
+    p.cmbBuffersIndex = cmbBuffers->currentIndex();
+    p.cmbBuffers = cmbBuffers->currentText().toStdString();
+    p.ChkWriteDriverRaw = checkValue(ChkWriteDriverRaw);
+    p.chkWriteCDText = checkValue(chkWriteCDText);
+    p.chkBurnProof = checkValue(chkBurnProof);
+    p.chkEject = checkValue(chkEject);
+    p.chkForce = checkValue(chkForce);
+    p.chkOverburn = checkValue(chkOverburn);
+    p.chkMultiSession = checkValue(chkMultiSession);
+    p.chkSimulate = checkValue(chkSimulate);
+    return p;
+}
+
+void frmMain::applyWritePanel(const WritePanel &p) {
+    // The panel's own click events must not store the options half set.
+    const bool guard = optionsMemory.combiningOptions;
+    optionsMemory.combiningOptions = true;
+    QSignalBlocker speedBlock(cmbSpeed);
+    cmbSpeed->clear();
+    for (const auto &item : p.cmbSpeedItems) cmbSpeed->addItem(q(item));
+    if (p.cmbSpeedIndex >= 0 && p.cmbSpeedIndex < cmbSpeed->count()) cmbSpeed->setCurrentIndex(p.cmbSpeedIndex);
+    else if (!p.cmbSpeed.empty()) cmbSpeed->setEditText(q(p.cmbSpeed));
+    sbPanel[2]->setText(cmbSpeed->currentText());
+    if (p.cmbBuffersIndex >= 0 && p.cmbBuffersIndex < cmbBuffers->count()) cmbBuffers->setCurrentIndex(p.cmbBuffersIndex);
+    ChkWriteDriverRaw->setChecked(p.ChkWriteDriverRaw == 1);
+    chkWriteCDText->setChecked(p.chkWriteCDText == 1);
+    chkBurnProof->setChecked(p.chkBurnProof == 1);
+    chkEject->setChecked(p.chkEject == 1);
+    chkForce->setChecked(p.chkForce == 1);
+    chkOverburn->setChecked(p.chkOverburn == 1);
+    chkMultiSession->setChecked(p.chkMultiSession == 1);
+    chkSimulate->setChecked(p.chkSimulate == 1);
+    optionsMemory.combiningOptions = guard;
+}
+
+ReadPanel frmMain::readPanel() const {
+    ReadPanel p;
+    p.cmbReaderDeviceIndex = cmbReaderDevice->currentIndex();
+    p.cmbReaderDevice = cmbReaderDevice->currentText().toStdString();
+    p.cmbParanoiaIndex = std::max(cmbParanoia->currentIndex(), 0);
+    p.cmbSubsIndex = std::max(cmbSubs->currentIndex(), 0);
+    p.chkReadRaw = checkValue(chkReadRaw);
+    p.chkReadCDText = checkValue(chkReadCDText);
+    p.chkSwapAudio = checkValue(chkSwapAudio);
+    p.chkSimpleTOC = checkValue(chkSimpleTOC);
+    return p;
+}
+
+FragmentSettings frmMain::fragmentSettings() const {
+    FragmentSettings f;
+    f.chkUseSPTI = checkValue(chkUseSPTI);
+    f.UseDriverTable = settings.boolean("UseDriverTable");
+    f.verbosity = settings.integer("Cdrdao Verbose");
+    f.UseProDVD = settings.boolean("UseProDVD");
+    return f;
+}
+
+DeviceLists frmMain::deviceLists() const {
+    DeviceLists lists;
+    for (int i = 0; i < cmbReaderDevice->count(); ++i) lists.reader.push_back(cmbReaderDevice->itemText(i).toStdString());
+    lists.readerIndex = cmbReaderDevice->currentIndex();
+    for (int i = 0; i < cmbWriterDevice->count(); ++i) lists.writer.push_back(cmbWriterDevice->itemText(i).toStdString());
+    lists.writerIndex = cmbWriterDevice->currentIndex();
+    return lists;
+}
+
+void frmMain::applyDeviceLists(const DeviceLists &lists) {
+    // Rebuilding the lists is no choice of the user's: no click events.
+    QSignalBlocker readerBlock(cmbReaderDevice);
+    QSignalBlocker writerBlock(cmbWriterDevice);
+    cmbReaderDevice->clear();
+    for (const auto &entry : lists.reader) cmbReaderDevice->addItem(q(entry));
+    cmbReaderDevice->setCurrentIndex(lists.readerIndex < cmbReaderDevice->count() ? lists.readerIndex : -1);
+    cmbWriterDevice->clear();
+    for (const auto &entry : lists.writer) cmbWriterDevice->addItem(q(entry));
+    cmbWriterDevice->setCurrentIndex(lists.writerIndex < cmbWriterDevice->count() ? lists.writerIndex : -1);
+    sbPanel[1]->setText(cmbWriterDevice->currentText());
+}
+
+void frmMain::cmbWriterDevice_Click() {
+    WritePanel panel = writePanel();
+    std::string statusPanel2 = sbPanel[1]->text().toStdString();
+    deviceState.chkUseSPTI = checkValue(chkUseSPTI);
+    saltmarrow::cmbWriterDevice_Click(deviceState, panel, optionsMemory, platform::driveLayer(), statusPanel2);
+    applyWritePanel(panel);
+    sbPanel[1]->setText(q(statusPanel2));
+}
+
+void frmMain::cmbReaderDevice_Click() {
+    ReadPanel panel = readPanel();
+    const short index = getDeviceIndex(deviceState, panel.cmbReaderDevice, platform::driveLayer());
+    DeviceInfo *reader = index >= 0 && static_cast<std::size_t>(index) < deviceState.devices.Count()
+                             ? &deviceState.devices.item(static_cast<std::size_t>(index))
+                             : nullptr;
+    combineReadOptions(true, panel, reader, optionsMemory);
+    const bool guard = optionsMemory.combiningOptions;
+    optionsMemory.combiningOptions = true;
+    cmbParanoia->setCurrentIndex(panel.cmbParanoiaIndex);
+    cmbSubs->setCurrentIndex(panel.cmbSubsIndex);
+    chkReadRaw->setChecked(panel.chkReadRaw == 1);
+    chkReadCDText->setChecked(panel.chkReadCDText == 1);
+    chkSwapAudio->setChecked(panel.chkSwapAudio == 1);
+    chkSimpleTOC->setChecked(panel.chkSimpleTOC == 1);
+    optionsMemory.combiningOptions = guard;
+}
+
+void frmMain::chkUseSPTI_Click() {
+    DeviceLists lists = deviceLists();
+    DeviceHost host = deviceHost();
+    saltmarrow::chkUseSPTI_Click(deviceState, host, formLoaded, lists);
+    chkUseSPTI->setChecked(deviceState.chkUseSPTI == 1);
+    applyDeviceLists(lists);
+}
+
+void frmMain::writeOptions_Click() {
+    if (!formLoaded || optionsMemory.combiningOptions) return;
+    WritePanel panel = writePanel();
+    const short index = getDeviceIndex(deviceState, panel.cmbWriterDevice, platform::driveLayer());
+    if (index < 0 || static_cast<std::size_t>(index) >= deviceState.devices.Count()) return;
+    combineWriteOptions(false, panel, &deviceState.devices.item(static_cast<std::size_t>(index)), optionsMemory);
+}
+
+void frmMain::readOptions_Click() {
+    if (!formLoaded || optionsMemory.combiningOptions) return;
+    ReadPanel panel = readPanel();
+    const short index = getDeviceIndex(deviceState, panel.cmbReaderDevice, platform::driveLayer());
+    if (index < 0 || static_cast<std::size_t>(index) >= deviceState.devices.Count()) return;
+    combineReadOptions(false, panel, &deviceState.devices.item(static_cast<std::size_t>(index)), optionsMemory);
+}
+
+void frmMain::updateMediaInfo(bool autoRefresh, bool refreshList, bool showInfo) {
+    if (!formLoaded || paths.strCdrdao.empty()) return;
+    WritePanel panel = writePanel();
+    std::string statusPanel2 = sbPanel[1]->text().toStdString();
+    DeviceHost host = deviceHost();
+    saltmarrow::updateMediaInfo(deviceState, host, panel, optionsMemory, statusPanel2, autoRefresh, refreshList,
+                                showInfo);
+    applyWritePanel(panel);
+    sbPanel[1]->setText(q(statusPanel2));
+}
+
+std::string frmMain::discStatus(bool chkMulti) {
+    WritePanel panel = writePanel();
+    FragmentSettings fragments = fragmentSettings();
+    DeviceHost host = deviceHost();
+    DiscStatusContext context;
+    context.panel = &panel;
+    context.settings = &fragments;
+    context.chkMulti = chkMulti;
+    context.offerErase = offerErase ? offerErase : [] { return true; };
+    return saltmarrow::discStatus(deviceState, host, context);
 }
 
 }  // namespace saltmarrow

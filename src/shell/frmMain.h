@@ -9,8 +9,11 @@
 #include <optional>
 #include <string>
 
+#include "devices/DeviceHost.h"
 #include "devices/DeviceInfo.h"
+#include "discops/Fragments.h"
 #include "exec/CommandRunner.h"
+#include "exec/OutputInterpreter.h"
 #include "shell/EncoderTable.h"
 #include "shell/MessageTable.h"
 #include "shell/SettingsStore.h"
@@ -107,10 +110,18 @@ public:
     MessageTable messages;
     Settings settings;
     ToolPaths paths;
-    DeviceTable devices;
+    DeviceState deviceState;  // the device table and what the scans left
+    OptionsMemory optionsMemory;
+    InterpreterState interpreterState;
+    std::unique_ptr<OutputInterpreter> interpreter;
     std::optional<EncoderTable> encoderTable;
+    // Shows the erase dialog over a rewritable disc that is not blank;
+    // returns true if the user cancelled it.
+    std::function<bool()> offerErase;
+    // frmDeviceInfo, once it has been opened.
+    std::function<bool()> deviceInfoShown;
+    std::function<void()> refreshDeviceInfo;
     CommandRunner runner;
-    std::function<void(bool mediumRemoved)> updateMediaInfo;  // the drive status refresh
 
     // Controls, named as the language files know them.
     QLineEdit *txtStatus;
@@ -150,6 +161,23 @@ public:
     void mnuExternal_Click();
     void mnuLanguages_Click();
     void saveSettings();
+
+    // The devices: what the panels hold, and the procedures around them.
+    DeviceHost deviceHost();
+    WritePanel writePanel() const;
+    void applyWritePanel(const WritePanel &panel);
+    ReadPanel readPanel() const;
+    FragmentSettings fragmentSettings() const;
+    void applyDeviceLists(const DeviceLists &lists);
+    DeviceLists deviceLists() const;
+    void cmbWriterDevice_Click();
+    void cmbReaderDevice_Click();
+    void chkUseSPTI_Click();
+    void writeOptions_Click();
+    void readOptions_Click();
+    // The drive status refresh.
+    void updateMediaInfo(bool autoRefresh, bool refreshList, bool showInfo);
+    std::string discStatus(bool chkMulti = false);
     void mnuRestore_Click();
     void placeLog();
 
@@ -185,6 +213,7 @@ private:
     bool firstActivation_ = true;
     bool busy_ = false;
     std::unique_ptr<platform::SingleInstance> instance_;
+    std::unique_ptr<InterpreterView> interpreterView_;
     QPointer<frmStartUp> startUp_;
 };
 
