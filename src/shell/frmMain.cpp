@@ -558,6 +558,7 @@ void frmMain::showEvent(QShowEvent *event) {
     QMainWindow::showEvent(event);
     if (!firstActivation_) return;
     firstActivation_ = false;
+    placeLog();
     if (autoWritePending) {
         autoWritePending = false;
         QTimer::singleShot(0, this, [this] { run("Form_Activate", [this] { cmdWrite_Click(); }); });
@@ -821,6 +822,12 @@ void frmMain::moveEvent(QMoveEvent *event) {
                     f.height() * kTwipsPerPixel};
     DockMove m = mainWindowMoved(main, logDocked);
     if (m.move) log->move(m.left / kTwipsPerPixel, m.top / kTwipsPerPixel);
+}
+
+void frmMain::resizeEvent(QResizeEvent *event) {
+    QMainWindow::resizeEvent(event);
+    if (!formLoaded || isMinimized()) return;
+    if (!(chkAutoHide->isChecked() && mnuDeviceSettings->isChecked())) placeLog();
 }
 
 void frmMain::changeEvent(QEvent *event) {
