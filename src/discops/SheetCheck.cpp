@@ -48,9 +48,15 @@ constexpr TrackType kTrackTypes[] = {
     {"CDI/2352", 2352},
 };
 
+// Only the start of a line matters; sheets can be long and so can lines.
+std::string_view lineStart(std::string_view line, std::size_t length) {
+    std::size_t first = line.find_first_not_of(' ');
+    return first == std::string_view::npos ? std::string_view() : line.substr(first, length);
+}
+
 bool isFileStatement(std::string_view line) {
-    std::string t = UCase(Trim(line));
-    return Left(t, 4) == "FILE" || Left(t, 8) == "DATAFILE";
+    std::string start = UCase(lineStart(line, 8));
+    return Left(start, 4) == "FILE" || start == "DATAFILE";
 }
 
 // Other programs write names with doubled quotes; four passes collapse the runs
@@ -265,7 +271,7 @@ std::int16_t checkTOC(const std::string &path, std::string_view action, std::int
             // "FILE " finds "DATAFILE " as well. A line without a quote names
             // nothing cdrdao could read and is left alone.
             std::size_t quote = InStr(line, "\"");
-            if (quote > 0 && InStr(UCase(line), "FILE ") > 0) {
+            if (quote > 0 && InStr(line, "FILE ", vb::Compare::Text) > 0) {
                 std::string raw = Mid(line, quote + 1);
                 if (std::size_t close = InStr(raw, "\""); close > 0) raw = Left(raw, close - 1);
                 std::string name = vb::Replace(raw, "\\", "/");
@@ -280,9 +286,8 @@ std::int16_t checkTOC(const std::string &path, std::string_view action, std::int
                     line = Left(line, quote) + *beside + Mid(line, quote + 1 + raw.size());
                 }
             }
-            std::string trimmed = Trim(line);
-            if (UCase(Left(trimmed, 6)) == "TRACK ") {
-                std::string type = vb::LTrim(Mid(trimmed, 7));
+            if (vb::equalsText(lineStart(line, 6), "TRACK ")) {
+                std::string type = vb::LTrim(Mid(Trim(line), 7));
                 // A cue line reads "TRACK 01 MODE1/2352": the number goes first.
                 if (cue) type = Mid(type, InStr(type, " ") + 1);
                 type = Trim(type);
