@@ -37,9 +37,31 @@ std::string_view trackTypeFor(std::int16_t blockSize) {
     return {};
 }
 
+// cdrdao opens every data file to measure it, and waits for ever on a pipe
+// that nobody writes to; such names are not handed to it.
+bool blocksReader(const std::string &path) {
+    std::error_code ec;
+    auto status = fs::status(path, ec);
+    return !ec && (fs::is_fifo(status) || fs::is_socket(status) || fs::is_character_file(status));
+}
+
+bool sheetNamesBlockingFile(const std::string &sheet, const std::string &toolFolder) {
+    SheetReader reader(sheet);
+    std::string line;
+    while (reader.next(line)) {
+        std::size_t quote = InStr(line, "\"");
+        if (quote == 0 || InStr(line, "FILE ", vb::Compare::Text) == 0) continue;
+        std::string name = Mid(line, quote + 1);
+        if (std::size_t close = InStr(name, "\""); close > 0) name = vb::Left(name, close - 1);
+        if (!name.empty() && blocksReader(resolvePath(name, toolFolder))) return true;
+    }
+    return false;
+}
+
 // Writes temp.toc around dataFile, measures it and deletes it again.
 double blocksOfDataFile(std::string_view trackType, const std::string &dataFile, std::int16_t &imageBlockSize,
                         const ImageContext &ctx) {
+    if (blocksReader(dataFile)) return 0;
     std::error_code ec;
     fs::create_directories(ctx.tempFolder(), ec);
     const std::string tempToc = ctx.tempFolder() + "/temp.toc";
@@ -105,6 +127,8 @@ std::int64_t imageSize(const std::string &path, std::int16_t &imageBlockSize, co
         const std::string dataFile = findInFolder(folder, bin).value_or(folder + "/" + bin);
         blocks = blocksOfDataFile(trackTypeFor(imageBlockSize), dataFile, imageBlockSize, ctx);
     } else if (kind == "TOC") {
+        // cdrdao reads the sheet's relative names from its own start folder.
+        if (sheetNamesBlockingFile(full, ctx.externalFolder())) return 0;
         blocks = vb::Val(tocInfo(full, imageBlockSize, ctx));
     }
     // The block size as toc-info left it: a sheet of exact megabytes counts in

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <sys/stat.h>
 
 #include "discops/ImageSize.h"
 #include "discops/ImageTestSupport.h"
@@ -164,4 +165,31 @@ TEST(ImageSize, AMissingSheetRaisesAnError) {
     std::int16_t size = 0;
     EXPECT_THROW(imageSize(cdrdao.dir.file("gone.toc"), size, cdrdao.context()), RuntimeError);
     EXPECT_TRUE(cdrdao.commands.empty());
+}
+
+TEST(ImageSize, PipesAndTerminalsAreNeverHandedToCdrdao) {
+    // cdrdao would wait for ever for a writer on the pipe.
+    FakeCdrdao cdrdao;
+    std::string pipe = cdrdao.dir.file("pipe.bin");
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    cdrdao.answer = {true, summary(300, 0)};
+    const std::string named[] = {pipe, "/dev/tty", "/dev/null"};
+    for (const auto &file : named) {
+        SCOPED_TRACE(file);
+        std::string toc = cdrdao.dir.file("odd.toc");
+        writeFile(toc, "CD_ROM\nTRACK MODE1\nDATAFILE \"" + file + "\"\n");
+        std::int16_t size = 0;
+        EXPECT_EQ(imageSize(toc, size, cdrdao.context()), 0);
+    }
+    std::string cue = cdrdao.dir.file("pipe.cue");
+    writeFile(cue, "FILE \"pipe.bin\" BINARY\nTRACK 01 MODE1/2048\n");
+    std::int16_t size = 0;
+    EXPECT_EQ(imageSize(cue, size, cdrdao.context()), 0);
+    EXPECT_TRUE(cdrdao.commands.empty());
+
+    // The same sheet naming a plain file is measured.
+    std::string toc = cdrdao.dir.file("plain.toc");
+    writeFile(cdrdao.dir.file("plain.bin"), "x");
+    writeFile(toc, "CD_ROM\nTRACK MODE1\nDATAFILE \"" + cdrdao.dir.file("plain.bin") + "\"\n");
+    EXPECT_EQ(imageSize(toc, size, cdrdao.context()), 300 * 2048);
 }
