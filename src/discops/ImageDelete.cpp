@@ -63,7 +63,8 @@ void deleteAudioFolder(ImageSlot &slot, std::string &tempFolder, const ImageCont
                        DeleteImageResult &result) {
     if (tempFolder.empty()) return;
     const std::string folder = resolvePath(tempFolder, {});
-    int answer = ctx.dialogs->MsgBoxOverMe(ctx.text("msgDeleteTemp") + tempFolder + "?", mb::Question | mb::YesNo, {});
+    int answer =
+        ctx.dialogs->MsgBoxOverMe(ctx.text("msgDeleteTemp") + tempFolder + "?", mb::Question | mb::YesNo, {});
     if (answer == mb::Yes) {
         std::error_code ec;
         fs::remove_all(folder, ec);
@@ -76,8 +77,9 @@ void deleteAudioFolder(ImageSlot &slot, std::string &tempFolder, const ImageCont
     }
 
     const std::string oldName = fileNamePart(folder);
-    std::string newName = ctx.dialogs->inputBox("Please enter a new name for the folder.", "Rename tempory folder", oldName)
-                              .value_or(std::string());
+    std::string newName =
+        ctx.dialogs->inputBox("Please enter a new name for the folder.", "Rename tempory folder", oldName)
+            .value_or(std::string());
     if (newName.empty()) newName = oldName;
     tempFolder.clear();
     if (newName == oldName) return;

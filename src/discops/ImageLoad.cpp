@@ -15,7 +15,9 @@ using vb::UCase;
 
 namespace {
 
-bool isContinuationByte(char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; }
+bool isContinuationByte(char c) {
+    return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
+}
 
 bool namesImage(const std::string &startCommand) {
     return Left(startCommand, 3) == "-i " || Left(startCommand, 3) == "-w ";
@@ -59,8 +61,10 @@ ParseCommandResult parseCommand(ImageSlot &slot, const ParseCommandInput &input,
     if (!input.cmdWriteEnabled) return result;
     result.ran = true;
 
-    if (!slot.startCommand.empty() && Left(slot.startCommand, 1) != "-") slot.startCommand = "-i " + slot.startCommand;
-    std::string path = vb::Replace(vb::Mid(slot.startCommand, vb::InStr(slot.startCommand, "-") + 3), "\"", "");
+    if (!slot.startCommand.empty() && Left(slot.startCommand, 1) != "-")
+        slot.startCommand = "-i " + slot.startCommand;
+    std::string path =
+        vb::Replace(vb::Mid(slot.startCommand, vb::InStr(slot.startCommand, "-") + 3), "\"", "");
     path = vb::Trim(path);
     if (!slot.startCommand.empty() && namesImage(slot.startCommand)) slot.strFilename = imageFileOf(path);
     slot.lastFolder = parentFolder(slot.strFilename);
@@ -86,7 +90,8 @@ ParseCommandResult parseCommand(ImageSlot &slot, const ParseCommandInput &input,
         // A load that found nothing leaves nothing loaded.
         slot.imageBytes = 0;
     }
-    if (namesImage(slot.startCommand) && !slot.strFilename.empty()) slot.strFilename = imageFileOf(slot.strFilename);
+    if (namesImage(slot.startCommand) && !slot.strFilename.empty())
+        slot.strFilename = imageFileOf(slot.strFilename);
 
     if (slot.imageBytes == 0) {
         result.panel1 = UCase(ctx.text("msgNoImageLoaded"));

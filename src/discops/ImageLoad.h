@@ -13,16 +13,16 @@ namespace saltmarrow::discops {
 struct ParseCommandInput {
     bool cmdWriteEnabled = true;
     bool formLoaded = false;
-    std::string commandLine;   // the program's own command line
+    std::string commandLine;  // the program's own command line
     bool chkCheckCUE = false;
     std::string discSizeText;  // the disc size text of the mode, shown behind "MB / "
 };
 
 // What the form shows after a load.
 struct ParseCommandResult {
-    bool ran = false;         // false: cmdWrite was disabled and nothing happened
-    bool loaded = false;      // the slot holds an image of known size
-    std::string panel1;       // first panel of sbStatusBar
+    bool ran = false;     // false: cmdWrite was disabled and nothing happened
+    bool loaded = false;  // the slot holds an image of known size
+    std::string panel1;   // first panel of sbStatusBar
     std::string txtStatus;
     std::string mode;         // for ChangeCurrentMode: "WRITE CD" or empty
     bool startWrite = false;  // "-w" on the command line: the form calls cmdWrite_Click

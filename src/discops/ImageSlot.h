@@ -14,9 +14,9 @@ namespace saltmarrow::discops {
 // The one loaded image of the main form and what is known of its size. The
 // form owns one of these; the image procedures read and update it.
 struct ImageSlot {
-    std::string strFilename;      // the loaded .cue, .toc or .iso; empty if none
-    std::string imageDataFile;    // the data file the sheet names
-    double imageBytes = 0;        // bytes to be written; 0 means nothing loaded
+    std::string strFilename;    // the loaded .cue, .toc or .iso; empty if none
+    std::string imageDataFile;  // the data file the sheet names
+    double imageBytes = 0;      // bytes to be written; 0 means nothing loaded
     std::int16_t imageBlockSize = 0;
     double discFreeBytes = 0;
     std::string discStatusText;

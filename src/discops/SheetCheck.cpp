@@ -31,22 +31,24 @@ struct TrackType {
 };
 
 // The TRACK type words of toc and cue sheets and the bytes of one block.
+// clang-format off
 constexpr TrackType kTrackTypes[] = {
-    {"MODE1", 2048},
-    {"MODE2_FORM1", 2048},
-    {"MODE1/2048", 2048},
-    {"MODE2_FORM2", 2324},
-    {"MODE2", 2336},
+    {"MODE1",          2048},
+    {"MODE2_FORM1",    2048},
+    {"MODE1/2048",     2048},
+    {"MODE2_FORM2",    2324},
+    {"MODE2",          2336},
     {"MODE2_FORM_MIX", 2336},
-    {"MODE2/2336", 2336},
-    {"CDI/2336", 2336},
-    {"AUDIO", 2352},
-    {"MODE1_RAW", 2352},
-    {"MODE2_RAW", 2352},
-    {"MODE2/2352", 2352},
-    {"MODE1/2352", 2352},
-    {"CDI/2352", 2352},
+    {"MODE2/2336",     2336},
+    {"CDI/2336",       2336},
+    {"AUDIO",          2352},
+    {"MODE1_RAW",      2352},
+    {"MODE2_RAW",      2352},
+    {"MODE2/2352",     2352},
+    {"MODE1/2352",     2352},
+    {"CDI/2352",       2352},
 };
+// clang-format on
 
 // Only the start of a line matters; sheets can be long and so can lines.
 std::string_view lineStart(std::string_view line, std::size_t length) {
@@ -72,7 +74,7 @@ bool collapseDoubledQuotes(std::string &line) {
 struct NamedStatement {
     std::string before;  // up to the opening quote, without it
     std::string name;
-    std::string after;   // behind the closing quote
+    std::string after;  // behind the closing quote
     bool quoted = false;
 
     std::string withName(std::string_view newName) const {
@@ -98,7 +100,8 @@ NamedStatement cutTocStatement(const std::string &line) {
     // No quote at all: the word behind the keyword is the name.
     std::size_t keyword = line.find_first_not_of(' ');
     std::size_t keywordEnd = line.find(' ', keyword);
-    std::size_t nameStart = keywordEnd == std::string::npos ? line.size() : line.find_first_not_of(' ', keywordEnd);
+    std::size_t nameStart =
+        keywordEnd == std::string::npos ? line.size() : line.find_first_not_of(' ', keywordEnd);
     if (nameStart == std::string::npos) nameStart = line.size();
     std::size_t nameEnd = line.find(' ', nameStart);
     if (nameEnd == std::string::npos) nameEnd = line.size();
@@ -109,7 +112,9 @@ NamedStatement cutTocStatement(const std::string &line) {
     return s;
 }
 
-std::string fill(std::string text, std::string_view value) { return vb::Replace(text, "%1", value); }
+std::string fill(std::string text, std::string_view value) {
+    return vb::Replace(text, "%1", value);
+}
 
 // The sheet is refused with a box; nothing else follows.
 void refuse(CheckImageResult &result, std::string text, platform::Dialogs &dialogs) {
@@ -123,7 +128,8 @@ void offerFix(CheckImageResult &result, const std::string &sheet, const std::str
               const std::string &header, const std::string &question, platform::Dialogs &dialogs) {
     if (result.report.empty()) return;
     result.asked = true;
-    std::string text = header + std::string(kCrLf) + result.report + std::string(kCrLf) + std::string(kCrLf) + question;
+    std::string text =
+        header + std::string(kCrLf) + result.report + std::string(kCrLf) + std::string(kCrLf) + question;
     if (dialogs.MsgBoxOverMe(text, kQuestion, {}) != platform::mb::Yes) return;
     writeSheet(sheet, rebuilt);
     result.rewritten = true;
@@ -169,8 +175,8 @@ void checkTocSheet(const CheckImageInput &input, const std::string &sheet, Check
     offerFix(result, sheet, rebuilt, msg("msgTocError"), msg("msgTocFix"), dialogs);
 }
 
-void checkCueSheet(const std::string &sheet, CheckImageResult &result,
-                   platform::Dialogs &dialogs, const MessageText &msg) {
+void checkCueSheet(const std::string &sheet, CheckImageResult &result, platform::Dialogs &dialogs,
+                   const MessageText &msg) {
     const std::string sheetFolder = parentFolder(sheet);
     bool doubleQuotes = false;
     bool noQuotes = false;
@@ -239,7 +245,8 @@ std::optional<std::int16_t> blockSizeOfTrackType(std::string_view word) {
     return static_cast<std::int16_t>(value);
 }
 
-CheckImageResult checkImage(const CheckImageInput &input, platform::Dialogs &dialogs, const MessageText &msg) {
+CheckImageResult checkImage(const CheckImageInput &input, platform::Dialogs &dialogs,
+                            const MessageText &msg) {
     CheckImageResult result;
     const std::string ending = UCase(Right(input.strFilename, 4));
     if (ending == ".ISO") {

@@ -24,12 +24,12 @@ struct CheckImageInput {
 struct CheckImageResult {
     // The data file the check settled on; absent: imageDataFile keeps its value.
     std::optional<std::string> imageDataFile;
-    bool read = false;          // the sheet was read at all
+    bool read = false;  // the sheet was read at all
     bool refused = false;
-    std::string refusalText;    // the text of the refusal box
-    std::string report;         // the findings, each behind CR LF
-    bool asked = false;         // the question to correct the sheet was put
-    bool rewritten = false;     // ... and answered Yes
+    std::string refusalText;  // the text of the refusal box
+    std::string report;       // the findings, each behind CR LF
+    bool asked = false;       // the question to correct the sheet was put
+    bool rewritten = false;   // ... and answered Yes
     // The folder relative names are read against from now on; absent: unchanged.
     std::optional<std::string> workingFolder;
 };

@@ -1,9 +1,10 @@
 // The offer after a good write: what is asked, what goes, what stays.
+#include "discops/ImageDelete.h"
+
 #include <gtest/gtest.h>
 
 #include <filesystem>
 
-#include "discops/ImageDelete.h"
 #include "discops/ImageTestSupport.h"
 #include "platform/Dialogs.h"
 #include "support/RuntimeError.h"
@@ -70,8 +71,8 @@ TEST(DeleteImage, ATocTakesItsDataFilesAndAFolderWithOtherFilesStays) {
     std::string one = o.put("album/01.wav");
     std::string two = o.put("album/02.wav");
     std::string cover = o.put("album/cover.jpg");
-    std::string toc = o.put("album/album.toc", "CD_DA\nTRACK AUDIO\nFILE \"" + one + "\" 0\nTRACK AUDIO\nFILE \"" + two +
-                                                   "\" 0\n");
+    std::string toc = o.put("album/album.toc", "CD_DA\nTRACK AUDIO\nFILE \"" + one +
+                                                   "\" 0\nTRACK AUDIO\nFILE \"" + two + "\" 0\n");
     o.slot.strFilename = toc;
     o.dialogs.answer(mb::Yes);
     o.offer("WRITE CD");
@@ -147,8 +148,9 @@ TEST(DeleteImage, ARenamedAudioFolderKeepsASheetThatFollowsIt) {
     std::string old = o.dir.file("temp/tmp1234");
     o.put("temp/tmp1234/track01.wav", "one");
     o.put("temp/tmp1234/track02.wav", "two");
-    o.put("temp/tmp1234/authored.toc", "CD_DA\r\nCD_TEXT { LANGUAGE_MAP { 0 : EN } }\r\nTRACK AUDIO\r\nFILE \"" + old +
-                                           "/track01.wav\" 0\r\nTRACK AUDIO\r\nFILE \"" + old + "/track02.wav\" 0\r\n");
+    o.put("temp/tmp1234/authored.toc",
+          "CD_DA\r\nCD_TEXT { LANGUAGE_MAP { 0 : EN } }\r\nTRACK AUDIO\r\nFILE \"" + old +
+              "/track01.wav\" 0\r\nTRACK AUDIO\r\nFILE \"" + old + "/track02.wav\" 0\r\n");
     o.tempFolder = old;
     o.slot.strFilename = old + "/authored.toc";
     o.dialogs.answer(mb::No);
@@ -173,8 +175,8 @@ TEST(DeleteImage, ARenamedAudioFolderKeepsASheetThatFollowsIt) {
 }
 
 TEST(DeleteImage, KeepingTheAudioFolderNameMovesNothing) {
-    for (std::optional<std::string> answer : {std::optional<std::string>(""), std::optional<std::string>("proj"),
-                                              std::optional<std::string>()}) {
+    for (std::optional<std::string> answer :
+         {std::optional<std::string>(""), std::optional<std::string>("proj"), std::optional<std::string>()}) {
         Offer o;
         o.put("temp/proj/authored.toc", "CD_DA\n");
         o.tempFolder = o.dir.file("temp/proj");

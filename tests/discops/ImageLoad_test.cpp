@@ -1,10 +1,11 @@
 // Loading an image into the slot from the command line or the open dialog:
 // what the slot holds afterwards and what the form is told to show.
+#include "discops/ImageLoad.h"
+
 #include <gtest/gtest.h>
 
 #include <filesystem>
 
-#include "discops/ImageLoad.h"
 #include "discops/ImageTestSupport.h"
 #include "platform/Dialogs.h"
 #include "testlib/TestSupport.h"

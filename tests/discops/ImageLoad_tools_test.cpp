@@ -52,8 +52,8 @@ struct Program {
     std::string sound(const std::string &name, double seconds) {
         std::string path = dir.file(name);
         fs::create_directories(fs::path(path).parent_path());
-        std::string cmd = "sox -n -r 44100 -c 2 -b 16 " + quoteArgument(path) + " synth " + std::to_string(seconds) +
-                          " sine 440 >/dev/null 2>&1";
+        std::string cmd = "sox -n -r 44100 -c 2 -b 16 " + quoteArgument(path) + " synth " +
+                          std::to_string(seconds) + " sine 440 >/dev/null 2>&1";
         EXPECT_EQ(std::system(cmd.c_str()), 0);
         return path;
     }
@@ -63,7 +63,10 @@ struct Program {
     }
 };
 
-bool ready() { return test::haveProgram("sox") && (test::haveProgram("cdrdao") || fs::exists(std::string(SALTMARROW_APP_DIR) + "/external/cdrdao")); }
+bool ready() {
+    return test::haveProgram("sox") &&
+           (test::haveProgram("cdrdao") || fs::exists(std::string(SALTMARROW_APP_DIR) + "/external/cdrdao"));
+}
 
 }  // namespace
 
@@ -73,7 +76,8 @@ TEST(LoadTocTools, ASheetFromAnotherMachineIsRepairedAndThenSized) {
     std::string one = p.sound("cd/01.wav", 4);
     std::string two = p.sound("cd/02.wav", 5);
     std::string toc = p.dir.file("cd/mix.toc");
-    const std::string foreign = "CD_DA\nTRACK AUDIO\nFILE \"D:\\Music\\01.wav\" 0\nTRACK AUDIO\nFILE \"D:\\Music\\02.wav\" 0\n";
+    const std::string foreign =
+        "CD_DA\nTRACK AUDIO\nFILE \"D:\\Music\\01.wav\" 0\nTRACK AUDIO\nFILE \"D:\\Music\\02.wav\" 0\n";
 
     // Refused the repair, cdrdao cannot find the files: nothing is loaded.
     writeFile(toc, foreign);
@@ -93,7 +97,8 @@ TEST(LoadTocTools, ASheetFromAnotherMachineIsRepairedAndThenSized) {
     EXPECT_EQ(p.slot.imageBlockSize, 2352);
     EXPECT_EQ(p.slot.imageBytes, (4 + 5) * 44100.0 * 4);
     EXPECT_EQ(r.txtStatus, "MIX (2MB / 74 min)");
-    EXPECT_EQ(readFile(toc), "CD_DA\r\nTRACK AUDIO\r\nFILE \"" + one + "\" 0\r\nTRACK AUDIO\r\nFILE \"" + two + "\" 0\r\n");
+    EXPECT_EQ(readFile(toc),
+              "CD_DA\r\nTRACK AUDIO\r\nFILE \"" + one + "\" 0\r\nTRACK AUDIO\r\nFILE \"" + two + "\" 0\r\n");
     ASSERT_FALSE(p.commands.empty());
     EXPECT_EQ(p.commands.back(), "\"" + p.ctx.cdrdao + "\" toc-info \"" + toc + "\"");
 }
@@ -116,7 +121,8 @@ TEST(LoadTocTools, ARenamedAudioFolderIsLoadedAgainWithItsSize) {
     Program p;
     std::string folder = p.dir.file("temp/tmpA1");
     p.sound("temp/tmpA1/track01.wav", 6);
-    writeFile(folder + "/authored.toc", "CD_DA\r\n\r\nTRACK AUDIO\r\nFILE \"" + folder + "/track01.wav\" 0\r\n");
+    writeFile(folder + "/authored.toc",
+              "CD_DA\r\n\r\nTRACK AUDIO\r\nFILE \"" + folder + "/track01.wav\" 0\r\n");
     p.slot.strFilename = folder + "/authored.toc";
     std::string tempFolder = folder;
     p.dialogs.answer(mb::No);

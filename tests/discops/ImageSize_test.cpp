@@ -1,11 +1,12 @@
 // The sizing of images against a stand-in for cdrdao: what toc-info is asked,
 // the temporary sheet it reads, and how its summary line is understood.
-#include <gtest/gtest.h>
+#include "discops/ImageSize.h"
 
-#include <filesystem>
+#include <gtest/gtest.h>
 #include <sys/stat.h>
 
-#include "discops/ImageSize.h"
+#include <filesystem>
+
 #include "discops/ImageTestSupport.h"
 #include "discops/SheetCheck.h"
 #include "support/RuntimeError.h"
@@ -21,7 +22,8 @@ namespace fs = std::filesystem;
 namespace {
 
 std::string summary(long long blocks, long long megabytes) {
-    return "Cdrdao version 1.2.4 - (C) Andreas Mueller <andreas@daneb.de>\r\nimage.toc: 1 tracks, length 00:04:00, " +
+    return "Cdrdao version 1.2.4 - (C) Andreas Mueller <andreas@daneb.de>\r\nimage.toc: 1 tracks, length "
+           "00:04:00, " +
            std::to_string(blocks) + " blocks, " + std::to_string(megabytes) + " MB\r\n";
 }
 
@@ -81,7 +83,8 @@ TEST(TocInfo, ReadsTheBlockCountOfTheSummaryLine) {
 
 TEST(TocInfo, ExactMegabytesTellEachOfTheFourBlockSizes) {
     // blocks * size is a whole number of megabytes for each pair here.
-    const std::pair<long long, std::int16_t> exact[] = {{512, 2048}, {262144, 2324}, {32768, 2336}, {65536, 2352}};
+    const std::pair<long long, std::int16_t> exact[] = {
+        {512, 2048}, {262144, 2324}, {32768, 2336}, {65536, 2352}};
     for (auto [blocks, size] : exact) {
         long long megabytes = blocks * size / (1024 * 1024);
         std::int16_t field = 0;
@@ -112,7 +115,8 @@ TEST(ImageSize, AnIsoIsMeasuredThroughTempTocWhichIsThenDeleted) {
 
 TEST(ImageSize, ACueIsMeasuredAsItsBinWithTheTrackTypeOfItsBlockSize) {
     const std::pair<std::string, std::string> types[] = {
-        {"MODE1/2048", "MODE1"}, {"MODE2/2324", "MODE2_FORM2"}, {"MODE2/2336", "MODE2"}, {"MODE1/2352", "AUDIO"},
+        {"MODE1/2048", "MODE1"}, {"MODE2/2324", "MODE2_FORM2"},
+        {"MODE2/2336", "MODE2"}, {"MODE1/2352", "AUDIO"},
         {"AUDIO", "AUDIO"},      {"CDI/2336", "MODE2"},
     };
     for (const auto &[cueType, tocType] : types) {
@@ -128,8 +132,8 @@ TEST(ImageSize, ACueIsMeasuredAsItsBinWithTheTrackTypeOfItsBlockSize) {
         EXPECT_EQ(size, declared);
         EXPECT_EQ(bytes, 300LL * declared);
         ASSERT_EQ(cdrdao.sheets.size(), 1u);
-        EXPECT_EQ(cdrdao.sheets[0],
-                  "CD_ROM\r\n\r\nTRACK " + tocType + "\r\nDATAFILE \"" + cdrdao.dir.path() + "/Image.bin\"\r\n");
+        EXPECT_EQ(cdrdao.sheets[0], "CD_ROM\r\n\r\nTRACK " + tocType + "\r\nDATAFILE \"" + cdrdao.dir.path() +
+                                        "/Image.bin\"\r\n");
         EXPECT_FALSE(fs::exists(cdrdao.app + "/external/TEMP/temp.toc"));
     }
 }

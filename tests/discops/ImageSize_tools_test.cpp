@@ -76,7 +76,9 @@ std::uint64_t wavDataBytes(const std::string &path) {
     return 0;
 }
 
-bool haveTools() { return test::haveProgram("cdrdao") || fs::exists(cdrdaoProgram()); }
+bool haveTools() {
+    return test::haveProgram("cdrdao") || fs::exists(cdrdaoProgram());
+}
 
 }  // namespace
 
@@ -100,7 +102,8 @@ TEST(ImageSizeTools, CueAndBinPairsAreAsLargeAsTheirBin) {
     RealTools t;
     // A data track of raw sectors.
     std::string raw = t.randomFile("data.bin", 2352 * 450);
-    writeFile(t.dir.file("data.cue"), "FILE \"data.bin\" BINARY\r\n  TRACK 01 MODE1/2352\r\n    INDEX 01 00:00:00\r\n");
+    writeFile(t.dir.file("data.cue"),
+              "FILE \"data.bin\" BINARY\r\n  TRACK 01 MODE1/2352\r\n    INDEX 01 00:00:00\r\n");
     std::int16_t size = 2048;
     EXPECT_EQ(imageSize(t.dir.file("data.cue"), size, t.ctx), static_cast<std::int64_t>(fs::file_size(raw)));
     EXPECT_EQ(size, 2352);
@@ -108,10 +111,13 @@ TEST(ImageSizeTools, CueAndBinPairsAreAsLargeAsTheirBin) {
     // An audio track of sound made by sox, named in another case than the bin.
     if (!test::haveProgram("sox")) GTEST_SKIP() << "sox missing";
     std::string sound = t.dir.file("Concert.BIN");
-    t.make("sox -n -r 44100 -c 2 -b 16 -e signed-integer -t raw " + quoteArgument(sound) + " synth 6 sine 440");
-    writeFile(t.dir.file("Concert.cue"), "FILE \"Concert.bin\" BINARY\n  TRACK 01 AUDIO\n    INDEX 01 00:00:00\n");
+    t.make("sox -n -r 44100 -c 2 -b 16 -e signed-integer -t raw " + quoteArgument(sound) +
+           " synth 6 sine 440");
+    writeFile(t.dir.file("Concert.cue"),
+              "FILE \"Concert.bin\" BINARY\n  TRACK 01 AUDIO\n    INDEX 01 00:00:00\n");
     size = 2048;
-    EXPECT_EQ(imageSize(t.dir.file("Concert.cue"), size, t.ctx), static_cast<std::int64_t>(fs::file_size(sound)));
+    EXPECT_EQ(imageSize(t.dir.file("Concert.cue"), size, t.ctx),
+              static_cast<std::int64_t>(fs::file_size(sound)));
     EXPECT_EQ(size, 2352);
 }
 
@@ -123,7 +129,8 @@ TEST(ImageSizeTools, ATocOfWaveFilesIsAsLargeAsTheirSound) {
     t.make("sox -n -r 44100 -c 2 -b 16 " + quoteArgument(one) + " synth 4 sine 300");
     t.make("sox -n -r 44100 -c 2 -b 16 " + quoteArgument(two) + " synth 7.2 sine 500");
     std::string toc = t.dir.file("audio.toc");
-    writeFile(toc, "CD_DA\r\n\r\nTRACK AUDIO\r\nFILE \"" + one + "\" 0\r\n\r\nTRACK AUDIO\r\nFILE \"" + two + "\" 0\r\n");
+    writeFile(toc, "CD_DA\r\n\r\nTRACK AUDIO\r\nFILE \"" + one + "\" 0\r\n\r\nTRACK AUDIO\r\nFILE \"" + two +
+                       "\" 0\r\n");
 
     std::int16_t size = 2048;
     EXPECT_EQ(imageSize(toc, size, t.ctx), static_cast<std::int64_t>(wavDataBytes(one) + wavDataBytes(two)));
@@ -135,8 +142,8 @@ TEST(ImageSizeTools, TheTrackTypeTableCountsAsCdrdaoDoes) {
     RealTools t;
     // cdrdao reads a data file of 300 blocks of the size we think the type has
     // as exactly 300 blocks.
-    for (const char *type :
-         {"MODE1", "MODE2_FORM1", "MODE2_FORM2", "MODE2", "MODE2_FORM_MIX", "AUDIO", "MODE1_RAW", "MODE2_RAW"}) {
+    for (const char *type : {"MODE1", "MODE2_FORM1", "MODE2_FORM2", "MODE2", "MODE2_FORM_MIX", "AUDIO",
+                             "MODE1_RAW", "MODE2_RAW"}) {
         SCOPED_TRACE(type);
         auto blockSize = blockSizeOfTrackType(type);
         ASSERT_TRUE(blockSize.has_value());

@@ -1,12 +1,13 @@
 // checkImage and checkTOC on real sheets in temporary folders: what they find,
 // what they refuse, what they ask, and that a sheet changes only on Yes.
+#include "discops/SheetCheck.h"
+
 #include <gtest/gtest.h>
 
 #include <filesystem>
 #include <random>
 
 #include "discops/ImageTestSupport.h"
-#include "discops/SheetCheck.h"
 #include "platform/Dialogs.h"
 #include "support/RuntimeError.h"
 #include "testlib/TestSupport.h"
@@ -44,7 +45,8 @@ struct Images {
     }
 };
 
-std::string question(const std::string &header, const std::vector<std::string> &findings, const std::string &fix) {
+std::string question(const std::string &header, const std::vector<std::string> &findings,
+                     const std::string &fix) {
     std::string report;
     for (const auto &f : findings) report += CRLF + test::imageMessage(f);
     return test::imageMessage(header) + CRLF + report + CRLF + CRLF + test::imageMessage(fix);
@@ -65,7 +67,8 @@ TEST(SheetCheckCue, OtherBinBesideSheetBinIsIncorrectAndRepairNamesTheSheetsOwnB
     Images im;
     im.put("sheet.bin", std::string(2352, 'x'));
     im.put("other.bin", std::string(2352, 'y'));
-    std::string cue = im.put("sheet.cue", "FILE \"other.bin\" BINARY\r\n  TRACK 01 MODE1/2352\r\n    INDEX 01 00:00:00\r\n");
+    std::string cue = im.put(
+        "sheet.cue", "FILE \"other.bin\" BINARY\r\n  TRACK 01 MODE1/2352\r\n    INDEX 01 00:00:00\r\n");
 
     ScriptedDialogs d;
     d.answer(mb::Yes);
@@ -77,7 +80,8 @@ TEST(SheetCheckCue, OtherBinBesideSheetBinIsIncorrectAndRepairNamesTheSheetsOwnB
     EXPECT_TRUE(r.rewritten);
     EXPECT_EQ(r.imageDataFile, im.img + "/sheet.bin");
     EXPECT_EQ(r.workingFolder, im.img);
-    EXPECT_EQ(readFile(cue), "FILE \"sheet.bin\" BINARY\r\n  TRACK 01 MODE1/2352\r\n    INDEX 01 00:00:00\r\n");
+    EXPECT_EQ(readFile(cue),
+              "FILE \"sheet.bin\" BINARY\r\n  TRACK 01 MODE1/2352\r\n    INDEX 01 00:00:00\r\n");
 }
 
 TEST(SheetCheckCue, FindingsComeInTheirFixedOrder) {
@@ -169,15 +173,17 @@ TEST(SheetCheckCue, AnyLineEndIsReadAndTheRepairWritesCrLf) {
         SCOPED_TRACE(eol == "\n" ? "LF" : eol == "\r" ? "CR" : "CRLF");
         Images im;
         im.put("sheet.bin", "data");
-        std::string cue = im.put("sheet.cue", "REM made elsewhere" + eol + "FILE sheet.bin BINARY" + eol +
-                                                   "  TRACK 01 MODE1/2352" + eol + "    INDEX 01 00:00:00" + eol);
+        std::string cue =
+            im.put("sheet.cue", "REM made elsewhere" + eol + "FILE sheet.bin BINARY" + eol +
+                                    "  TRACK 01 MODE1/2352" + eol + "    INDEX 01 00:00:00" + eol);
         ScriptedDialogs d;
         d.answer(mb::Yes);
         CheckImageResult r = im.check(cue, d);
         ASSERT_EQ(d.prompts.size(), 1u);
         EXPECT_EQ(d.prompts[0].text, cueQuestion({"msgCueNoQuotes"}));
         EXPECT_EQ(readFile(cue),
-                  "REM made elsewhere\r\nFILE \"sheet.bin\" BINARY\r\n  TRACK 01 MODE1/2352\r\n    INDEX 01 00:00:00\r\n");
+                  "REM made elsewhere\r\nFILE \"sheet.bin\" BINARY\r\n  TRACK 01 MODE1/2352\r\n    INDEX 01 "
+                  "00:00:00\r\n");
     }
 }
 
@@ -207,16 +213,17 @@ TEST(SheetCheckToc, NamesThatMissTheFilesBesideTheSheetArePointedAtThem) {
     writeFile(decoy, "decoy");
     // A bare LF sheet, written on Windows with a folder that is gone, and one
     // name that exists elsewhere: the file beside the sheet wins.
-    std::string toc = im.put("audio.toc", "CD_DA\n\nTRACK AUDIO\nFILE \"C:\\gone\\track01.wav\" 0\n\nTRACK AUDIO\nFILE \"" +
-                                              decoy + "\" 0\n");
+    std::string toc =
+        im.put("audio.toc", "CD_DA\n\nTRACK AUDIO\nFILE \"C:\\gone\\track01.wav\" 0\n\nTRACK AUDIO\nFILE \"" +
+                                decoy + "\" 0\n");
     ScriptedDialogs d;
     d.answer(mb::Yes);
     CheckImageResult r = im.check(toc, d);
     ASSERT_EQ(d.prompts.size(), 1u);
     EXPECT_EQ(d.prompts[0].text, tocQuestion({"msgTocIncorrectDat"}));
     EXPECT_EQ(r.imageDataFile, two);
-    EXPECT_EQ(readFile(toc), "CD_DA\r\n\r\nTRACK AUDIO\r\nFILE \"" + one + "\" 0\r\n\r\nTRACK AUDIO\r\nFILE \"" + two +
-                                 "\" 0\r\n");
+    EXPECT_EQ(readFile(toc), "CD_DA\r\n\r\nTRACK AUDIO\r\nFILE \"" + one +
+                                 "\" 0\r\n\r\nTRACK AUDIO\r\nFILE \"" + two + "\" 0\r\n");
     EXPECT_EQ(readFile(decoy), "decoy");
 }
 
@@ -365,7 +372,8 @@ TEST(SheetCheck, BadSheetsGiveAMessageOrNothingAndAreNeverChangedWithoutYes) {
     for (auto &c : binary) c = static_cast<char>(random() & 0xFF);
 
     std::string big = "FILE sheet.bin BINARY\r\n";
-    while (big.size() < 50u * 1024 * 1024) big += "REM COMMENT padding the sheet out to a size no sheet should have\r\n";
+    while (big.size() < 50u * 1024 * 1024)
+        big += "REM COMMENT padding the sheet out to a size no sheet should have\r\n";
 
     std::string tracks;
     for (int i = 1; i <= 10000; ++i) tracks += "TRACK " + std::to_string(i) + " MODE1/2048\n";
@@ -438,7 +446,8 @@ TEST(CheckTOC, TheLastTrackLineDecidesAndSlashNumbersStandForThemselves) {
 
 TEST(CheckTOC, TheTypeTableAgreesWithTheSlashNotation) {
     // Every word of the form "<mode>/<size>" in the table means its number.
-    for (const char *word : {"MODE1/2048", "MODE2/2336", "CDI/2336", "MODE2/2352", "MODE1/2352", "CDI/2352"}) {
+    for (const char *word :
+         {"MODE1/2048", "MODE2/2336", "CDI/2336", "MODE2/2352", "MODE1/2352", "CDI/2352"}) {
         std::string_view w(word);
         EXPECT_EQ(blockSizeOfTrackType(w), std::stoi(std::string(w.substr(w.find('/') + 1)))) << word;
     }
@@ -495,9 +504,10 @@ TEST(CheckTOC, RepairPointsMissingFilesAtTheOnesBesideTheSheet) {
     std::string two = im.put("02.wav", "2");
     std::string away = im.dir.file("away.wav");
     writeFile(away, "away");
-    const std::string text = "CD_DA\n// old folder\nTRACK AUDIO\nFILE \"/old/project/01.wav\" 0\r\n"
-                             "TRACK AUDIO\r\nFILE \"C:\\old\\02.wav\" 0 00:04:00\rTRACK AUDIO\nFILE \"" +
-                             away + "\" 0\nTRACK AUDIO\nFILE \"/old/project/03.wav\" 0\n";
+    const std::string text =
+        "CD_DA\n// old folder\nTRACK AUDIO\nFILE \"/old/project/01.wav\" 0\r\n"
+        "TRACK AUDIO\r\nFILE \"C:\\old\\02.wav\" 0 00:04:00\rTRACK AUDIO\nFILE \"" +
+        away + "\" 0\nTRACK AUDIO\nFILE \"/old/project/03.wav\" 0\n";
     std::string toc = im.put("project.toc", text);
     std::int16_t field = 0;
 
