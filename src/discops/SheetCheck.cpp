@@ -162,7 +162,8 @@ void checkTocSheet(const CheckImageInput &input, const std::string &sheet, Check
                     incorrect = true;
                 }
             } else {
-                refuse(result, fill(msg("msgNotFound"), filePart), dialogs);
+                // A name with no file part says more as the whole statement.
+                refuse(result, fill(msg("msgNotFound"), filePart.empty() ? Trim(line) : filePart), dialogs);
                 return;
             }
         }
