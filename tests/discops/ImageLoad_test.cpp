@@ -203,12 +203,3 @@ TEST(ChooseImage, TheOpenDialogStartsInTheLastFolderAndCancelKeepsTheSlot) {
     EXPECT_TRUE(parseCommand(l.slot, l.input, l.ctx).loaded);
     EXPECT_EQ(l.slot.strFilename, iso);
 }
-
-TEST(Utf8Labels, CountAndCutCharacters) {
-    const std::string text = "a\xC3\xA9\xE2\x82\xAC\xF0\x9F\x8E\xB5z";  // a, e acute, euro, note, z
-    EXPECT_EQ(charCount(text), 5u);
-    EXPECT_EQ(leftChars(text, 0), "");
-    EXPECT_EQ(leftChars(text, 2), "a\xC3\xA9");
-    EXPECT_EQ(leftChars(text, 4), "a\xC3\xA9\xE2\x82\xAC\xF0\x9F\x8E\xB5");
-    EXPECT_EQ(leftChars(text, 9), text);
-}

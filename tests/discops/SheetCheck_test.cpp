@@ -447,18 +447,6 @@ TEST(CheckTOC, TheLastTrackLineDecidesAndSlashNumbersStandForThemselves) {
     }
 }
 
-TEST(CheckTOC, TheTypeTableAgreesWithTheSlashNotation) {
-    // Every word of the form "<mode>/<size>" in the table means its number.
-    for (const char *word :
-         {"MODE1/2048", "MODE2/2336", "CDI/2336", "MODE2/2352", "MODE1/2352", "CDI/2352"}) {
-        std::string_view w(word);
-        EXPECT_EQ(blockSizeOfTrackType(w), std::stoi(std::string(w.substr(w.find('/') + 1)))) << word;
-    }
-    EXPECT_FALSE(blockSizeOfTrackType("01").has_value());
-    EXPECT_FALSE(blockSizeOfTrackType("mode1").has_value());  // the caller upper-cases
-    EXPECT_THROW(blockSizeOfTrackType("MODE2/99999"), RuntimeError);
-}
-
 TEST(CheckTOC, TenThousandTrackLinesAndAnOverflowingNumber) {
     Images im;
     std::string text = "CD_ROM\n";
