@@ -1,0 +1,205 @@
+// Loading an image into the slot from the command line or the open dialog:
+// what the slot holds afterwards and what the form is told to show.
+#include "discops/ImageLoad.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "discops/ImageTestSupport.h"
+#include "platform/Dialogs.h"
+#include "testlib/TestSupport.h"
+
+using namespace saltmarrow;
+using namespace saltmarrow::discops;
+using saltmarrow::platform::ScriptedDialogs;
+using saltmarrow::test::readFile;
+using saltmarrow::test::TempDir;
+using saltmarrow::test::writeFile;
+namespace fs = std::filesystem;
+namespace mb = saltmarrow::platform::mb;
+
+namespace {
+
+constexpr double MB = 1024.0 * 1024.0;
+
+// Everything here loads .iso and .cue files, which are never given to cdrdao
+// on loading; a run that is called fails the test.
+struct Loader {
+    TempDir dir;
+    ScriptedDialogs dialogs;
+    ImageSlot slot;
+    ImageContext ctx;
+    ParseCommandInput input;
+    Loader() {
+        fs::create_directories(dir.file("app/external"));
+        ctx.appDir = dir.file("app");
+        ctx.dialogs = &dialogs;
+        ctx.msg = test::imageMessage;
+        ctx.run = [](const std::string &command) {
+            ADD_FAILURE() << "ran " << command;
+            return CommandResult{};
+        };
+        input.discSizeText = "80 min";
+        input.chkCheckCUE = true;
+    }
+    std::string put(const std::string &name, std::uintmax_t bytes) {
+        std::string path = dir.file(name);
+        fs::create_directories(fs::path(path).parent_path());
+        test::makeFileOfSize(path, bytes);
+        return path;
+    }
+    ParseCommandResult load(const std::string &startCommand) {
+        slot.startCommand = startCommand;
+        return parseCommand(slot, input, ctx);
+    }
+};
+
+}  // namespace
+
+TEST(ParseCommand, ABarePathLoadsAsWithDashI) {
+    Loader l;
+    std::string iso = l.put("images/backup.iso", static_cast<std::uintmax_t>(3.4 * MB));
+    ParseCommandResult r = l.load(iso);
+    EXPECT_TRUE(r.ran);
+    EXPECT_TRUE(r.loaded);
+    EXPECT_EQ(l.slot.startCommand, "-i " + iso);
+    EXPECT_EQ(l.slot.strFilename, iso);
+    EXPECT_EQ(l.slot.imageDataFile, iso);
+    EXPECT_EQ(l.slot.lastFolder, l.dir.file("images"));
+    EXPECT_EQ(l.slot.imageBytes, static_cast<double>(fs::file_size(iso)));
+    EXPECT_EQ(r.mode, "WRITE CD");
+    EXPECT_EQ(r.panel1, "BACKUP");
+    EXPECT_EQ(r.txtStatus, "BACKUP (3MB / 80 min)");
+    EXPECT_FALSE(r.startWrite);
+    EXPECT_TRUE(l.dialogs.prompts.empty());
+}
+
+TEST(ParseCommand, DashWStartsTheWriteOnlyFromTheProgramsCommandLineOnceLoaded) {
+    Loader l;
+    std::string iso = l.put("a b/disc.iso", static_cast<std::uintmax_t>(1.6 * MB));
+    const std::string quoted = "-w \"" + iso + "\"";
+
+    l.input.commandLine = quoted;
+    l.input.formLoaded = true;
+    ParseCommandResult r = l.load(quoted);
+    EXPECT_EQ(l.slot.strFilename, iso);
+    EXPECT_EQ(r.txtStatus, "DISC (2MB / 80 min)");
+    EXPECT_TRUE(r.startWrite);
+
+    l.input.formLoaded = false;
+    EXPECT_FALSE(l.load(quoted).startWrite);
+    l.input.formLoaded = true;
+    l.input.commandLine = "-i \"" + iso + "\"";
+    EXPECT_FALSE(l.load(quoted).startWrite);
+    l.input.commandLine.clear();
+    EXPECT_FALSE(l.load(quoted).startWrite);
+}
+
+TEST(ParseCommand, NothingHappensWhileTheButtonIsDisabled) {
+    Loader l;
+    std::string iso = l.put("disc.iso", 4096);
+    l.input.cmdWriteEnabled = false;
+    ParseCommandResult r = l.load(iso);
+    EXPECT_FALSE(r.ran);
+    EXPECT_EQ(l.slot.startCommand, iso);
+    EXPECT_TRUE(l.slot.strFilename.empty());
+    EXPECT_EQ(l.slot.imageBytes, 0);
+}
+
+TEST(ParseCommand, WhatIsNoImageEmptiesTheSlot) {
+    Loader l;
+    std::string iso = l.put("disc.iso", 4096);
+    fs::create_directories(l.dir.file("folder.iso"));
+    const std::string notImages[] = {l.dir.file("missing.iso"), l.dir.file("folder.iso"), "/dev/null",
+                                     l.put("empty.iso", 0)};
+    for (const auto &path : notImages) {
+        SCOPED_TRACE(path);
+        ASSERT_TRUE(l.load(iso).loaded);
+        ParseCommandResult r = l.load("-i " + path);
+        EXPECT_FALSE(r.loaded);
+        EXPECT_TRUE(l.slot.strFilename.empty());
+        EXPECT_EQ(l.slot.imageBytes, 0);
+        EXPECT_EQ(r.mode, "");
+        EXPECT_EQ(r.panel1, "NO IMAGE LOADED");
+        EXPECT_EQ(r.txtStatus, "NO IMAGE LOADED");
+    }
+    // An option that names no image leaves the slot as it was.
+    ASSERT_TRUE(l.load(iso).loaded);
+    ParseCommandResult other = l.load("-x " + l.dir.file("missing.iso"));
+    EXPECT_TRUE(other.loaded);
+    EXPECT_EQ(l.slot.strFilename, iso);
+}
+
+TEST(ParseCommand, ACueIsCheckedAndShowsTheSizeOfTheSheetUntilTheWrite) {
+    Loader l;
+    l.put("music/live.bin", 2352 * 300);
+    std::string cue = l.dir.file("music/live.cue");
+    writeFile(cue, "FILE live.bin BINARY\n  TRACK 01 AUDIO\n    INDEX 01 00:00:00\n");
+    l.dialogs.answer(mb::Yes);
+    ParseCommandResult r = l.load(cue);
+    ASSERT_EQ(l.dialogs.prompts.size(), 1u);
+    EXPECT_TRUE(r.check.rewritten);
+    EXPECT_EQ(l.slot.imageDataFile, l.dir.file("music/live.bin"));
+    EXPECT_EQ(l.slot.workingFolder, l.dir.file("music"));
+    EXPECT_EQ(l.slot.imageBlockSize, 2352);
+    EXPECT_EQ(l.slot.imageBytes, static_cast<double>(fs::file_size(cue)));
+    EXPECT_TRUE(r.loaded);
+
+    // Unticked, the sheet is neither asked about nor changed.
+    l.input.chkCheckCUE = false;
+    const std::string bytes = "FILE other.bin BINARY\n  TRACK 01 MODE1/2048\n";
+    writeFile(cue, bytes);
+    ScriptedDialogs quiet;
+    l.ctx.dialogs = &quiet;
+    l.load(cue);
+    EXPECT_TRUE(quiet.prompts.empty());
+    EXPECT_EQ(readFile(cue), bytes);
+    EXPECT_EQ(l.slot.imageBlockSize, 2048);
+}
+
+TEST(ParseCommand, LongNamesAreCutBetweenCharacters) {
+    struct Case {
+        std::string base, panel, status;
+    };
+    const Case cases[] = {
+        {"twenty_characters_ab", "TWENTY_CHARACTERS_AB", "TWENTY_CHARACTERS_AB"},
+        {"twenty_one_characters", "TWENTY_ONE_CHARACTER...", "TWENTY_ONE_CHARACTERS"},
+        {"exactly_thirty_characters_abcd", "EXACTLY_THIRTY_CHARA...", "EXACTLY_THIRTY_CHARACTERS_ABCD"},
+        {"thirty_one_characters_abcdefghi", "THIRTY_ONE_CHARACTER...", "THIRTY_ONE_CHARACTERS_ABCDEFGH..."},
+        // Letters beyond ASCII stay as they are and count as one character each.
+        {"\xC3\xA9t\xC3\xA9 \xC3\xA0 la plage, vingt-cinq", "\xC3\xA9T\xC3\xA9 \xC3\xA0 LA PLAGE, VING...",
+         "\xC3\xA9T\xC3\xA9 \xC3\xA0 LA PLAGE, VINGT-CINQ"},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.base);
+        Loader l;
+        std::string iso = l.put(c.base + ".iso", 2048);
+        ParseCommandResult r = l.load(iso);
+        EXPECT_EQ(r.panel1, c.panel);
+        EXPECT_EQ(r.txtStatus, c.status + " (0MB / 80 min)");
+    }
+}
+
+TEST(ChooseImage, TheOpenDialogStartsInTheLastFolderAndCancelKeepsTheSlot) {
+    Loader l;
+    std::string iso = l.put("last/one.iso", 2048);
+    l.slot.lastFolder = l.dir.file("last");
+    l.slot.startCommand = "-i before";
+
+    l.dialogs.cancelNext();
+    EXPECT_FALSE(chooseImage(l.slot, l.dialogs));
+    EXPECT_EQ(l.slot.startCommand, "-i before");
+    ASSERT_EQ(l.dialogs.prompts.size(), 1u);
+    const platform::FileRequest &asked = l.dialogs.prompts[0].request;
+    EXPECT_EQ(asked.folder, l.dir.file("last"));
+    EXPECT_EQ(asked.filter, "Image Files (*.cue;*.toc;*.iso)|*.cue;*.toc;*.iso");
+    EXPECT_EQ(asked.flags, 528388);
+    EXPECT_TRUE(asked.fileName.empty());
+    EXPECT_TRUE(asked.title.empty());
+
+    l.dialogs.answer(std::string(iso));
+    ASSERT_TRUE(chooseImage(l.slot, l.dialogs));
+    EXPECT_TRUE(parseCommand(l.slot, l.input, l.ctx).loaded);
+    EXPECT_EQ(l.slot.strFilename, iso);
+}
