@@ -24,10 +24,16 @@
 #include <QTime>
 #include <QTimer>
 #include <QVBoxLayout>
+#include <cmath>
 #include <filesystem>
 #include <map>
 
 #include "devices/Discovery.h"
+#include "discops/ImageDelete.h"
+#include "discops/ImageLoad.h"
+#include "discops/ImageSize.h"
+#include "discops/SheetCheck.h"
+#include "discops/SheetFile.h"
 #include "devices/DriveQueries.h"
 #include "exec/LogDocking.h"
 #include "exec/frmLog.h"
@@ -574,12 +580,40 @@ void frmMain::receiveHandOver(const std::string &text) {
     });
 }
 
+discops::ImageContext frmMain::imageContext() {
+    discops::ImageContext ctx;
+    ctx.appDir = appDir;
+    ctx.dialogs = env_.dialogs;
+    ctx.msg = [this](const std::string &key) { return msg(key); };
+    ctx.cdrdao = paths.strCdrdao;
+    // Sizes and checks run cdrdao quietly: its lines are nobody's business.
+    ctx.run = [this](const std::string &command) {
+        const std::string old = currentMode;
+        ChangeCurrentMode("HIDE ME");
+        const bool ok = commandExecute(command);
+        ChangeCurrentMode(old);
+        return discops::CommandResult{ok, ok ? runner.commandOutput : std::string()};
+    };
+    return ctx;
+}
+
 void frmMain::parseCommand() {
-    // The image slot is filled from the command line by the write dispatcher;
-    // until an image is named there is nothing to take.
-    std::string line = vb::Trim(commandLine);
-    if (line.empty() || vb::equalsText(line, "/langtemplate")) return;
-    if (vb::Left(line, 3) == "-w ") autoWritePending = true;
+    slot.startCommand = commandLine;
+    if (vb::InStr(commandLine, "/langtemplate", vb::Compare::Text) > 0) return;
+    discops::ParseCommandInput input;
+    input.cmdWriteEnabled = cmdWrite->isEnabled();
+    input.formLoaded = formLoaded;
+    input.commandLine = commandLine;
+    input.chkCheckCUE = chkCheckCUE->isChecked();
+    input.discSizeText = "700MB";
+    discops::ParseCommandResult r = discops::parseCommand(slot, input, imageContext());
+    if (!r.ran) return;
+    sbPanel[0]->setText(q(r.panel1));
+    ChangeCurrentMode(r.mode);
+    setStatus(r.txtStatus);
+    if (r.startWrite) cmdWrite_Click();
+    // Before the form is up the write waits for its first showing.
+    else if (!formLoaded && r.loaded && vb::Left(vb::Trim(commandLine), 3) == "-w ") autoWritePending = true;
 }
 
 void frmMain::enableControls(std::optional<bool> enable, bool cancellable) {
@@ -690,8 +724,38 @@ void frmMain::writeFrame(const std::string &command) {
 }
 
 void frmMain::deleteImage() {
-    // Offering to remove a written image belongs to the image slot of the
-    // write dispatcher; with no image slot there is nothing to offer.
+    discops::DeleteImageResult r = discops::deleteImage(slot, strTempName, currentMode, imageContext());
+    if (r.panel1) sbPanel[0]->setText(q(*r.panel1));
+    if (r.reload) {
+        commandLine = slot.startCommand;
+        parseCommand();
+    }
+}
+
+void frmMain::mnuLoad_Click() {
+    if (!discops::chooseImage(slot, *env_.dialogs)) return;
+    commandLine = slot.startCommand;
+    parseCommand();
+}
+
+bool frmMain::mediumFitsTask(const std::string &mediaType) {
+    static constexpr std::string_view kDVDs[] = {"DVD-R", "DVD-RW", "DVD+R", "DVD+RW", "DVD-ROM"};
+    static constexpr std::string_view kCDTasks[] = {"WRITE CD", "COPY CD", "DATA CD", "AUDIO CD"};
+    for (auto dvd : kDVDs) {
+        if (mediaType != dvd) continue;
+        if (currentMode == "DATA DVD") return true;
+        if (currentMode == "WRITE CD" && vb::UCase(vb::Right(slot.strFilename, 3)) == "ISO") {
+            ChangeCurrentMode("WRITE DVD");
+            return true;
+        }
+        return false;
+    }
+    if (mediaType == "CD-R" || mediaType == "CD-RW") {
+        for (auto task : kCDTasks)
+            if (currentMode == task) return true;
+        return false;
+    }
+    return true;  // an unknown medium is given the benefit of the doubt
 }
 
 void frmMain::cmdWrite_Click() {
@@ -701,18 +765,105 @@ void frmMain::cmdWrite_Click() {
         return;
     }
     writeCancelled = false;
-    autoHideSettings();
-}
+    if (cmbWriterDevice->currentText().isEmpty()) {
+        MsgBoxOverMe(msg("msgSelectWriter"), platform::mb::Exclamation);
+        if (!mnuDeviceSettings->isChecked()) showSettings(true);
+        enableControls(true, false);
+        return;
+    }
+    if (currentMode.empty()) {
+        mnuLoad_Click();
+        return;
+    }
 
-void frmMain::mnuLoad_Click() {
-    platform::FileRequest request;
-    request.title = "Load Image";
-    request.filter = "Image Files (*.cue;*.toc;*.iso)|*.cue;*.toc;*.iso";
-    request.flags = 528388;
-    auto files = env_.dialogs->openFile(request);
-    if (!files || files->empty()) return;
-    commandLine = files->front();
-    parseCommand();
+    // Whatever happens below, the label, the controls and the image path are
+    // put back as they were.
+    struct Restore {
+        frmMain &f;
+        std::string mode, image;
+        ~Restore() {
+            f.ChangeCurrentMode(mode);
+            f.enableControls(true, false);
+            if (f.slot.tempISOSheet) {
+                f.slot.strFilename = image;
+                f.slot.tempISOSheet = false;
+            }
+        }
+    } restore{*this, currentMode, slot.strFilename};
+
+    enableControls(false, false);
+    const short index =
+        getDeviceIndex(deviceState, cmbWriterDevice->currentText().toStdString(), platform::driveLayer());
+    if (index < 0 || static_cast<std::size_t>(index) >= deviceState.devices.Count()) return;
+    {
+        DeviceHost host = deviceHost();
+        updateDriveInfo(deviceState, host, index, false, true);
+    }
+    const DeviceInfo &writer = deviceState.devices.item(static_cast<std::size_t>(index));
+    if (!mediumFitsTask(writer.LastMediaType)) {
+        MsgBoxOverMe(msg("msgWrongMediaType"), platform::mb::Exclamation);
+        return;
+    }
+    autoHideSettings();
+
+    const auto dispatch = [this](const std::function<void()> &job) {
+        if (job) job();
+        else setStatus(msg("msgWriteCancelled"));  // that form is not part of this build
+    };
+    if (currentMode == "COPY CD") return dispatch(copyDisc);
+    if (currentMode == "DATA CD" || currentMode == "DATA DVD") return dispatch(writeDataCD);
+    if (currentMode == "WRITE DVD") return dispatch(writeDVDImage);
+
+    const discops::ImageContext ctx = imageContext();
+    if (vb::UCase(vb::Right(slot.strFilename, 4)) == ".ISO") {
+        const std::string sheet = appDir + "/external/TEMP/tempiso.toc";
+        discops::writeSheet(sheet, discops::dataTrackSheet("MODE1", slot.strFilename));
+        slot.tempISOSheet = true;
+        slot.strFilename = sheet;
+    }
+    const std::int16_t blockSize =
+        discops::checkTOC(slot.strFilename, "", slot.imageBlockSize, discops::currentFolder(slot, ctx));
+
+    const DiscStatusResult disc = splitDiscStatus(discStatus());
+    slot.discFreeBytes = static_cast<double>(disc.blocks) * blockSize;
+    slot.discStatusText = std::string(1, disc.status);
+    if (disc.status == 'X') return;
+    if (disc.status != 'E') {
+        MsgBoxOverMe(msg("msgNotBlank"), platform::mb::Exclamation);
+        setStatus(msg("msgWriteCancelled"));
+        return;
+    }
+    if (vb::UCase(vb::Right(slot.strFilename, 3)) == "TOC")
+        slot.imageBytes = static_cast<double>(
+            discops::imageSize(slot.strFilename, slot.imageBlockSize, ctx, discops::currentFolder(slot, ctx)));
+    updateMediaInfo(false, false, false);
+
+    if (mnuConfirmWrite->isChecked()) {
+        const auto megabytes = [](double bytes) { return std::to_string(std::llround(bytes / 1024 / 1024)); };
+        const std::string text =
+            messages.format("msgConfirmWrite", megabytes(slot.imageBytes), megabytes(slot.discFreeBytes));
+        if (MsgBoxOverMe(text, platform::mb::Information | platform::mb::OKCancel) == platform::mb::Cancel) {
+            setStatus(msg("msgWriteCancelled"));
+            return;
+        }
+    }
+
+    WritePanel panel = writePanel();
+    FragmentSettings fragments = fragmentSettings();
+    bool useRaw = true;
+    slot.writeCommand = vb::quoteString(paths.strCdrdao) + " write" +
+                        writeDevice(panel, fragments, writer, useRaw, true, true, platform::driveLayer()) +
+                        WriteOptions(panel, fragments) + vb::quoteString(vb::Replace(slot.strFilename, "\\", "/"));
+    std::error_code ec;
+    std::filesystem::remove(mkisofsToc, ec);
+    discops::writeSheet(commandFile, "@ECHO OFF\r\n" + slot.writeCommand + "\r\n");
+    slot.deleteCandidate = slot.strFilename;
+    // cdrdao reads the names in a sheet against the folder it starts in; a
+    // name without a folder means the file beside the sheet.
+    const std::string folder = std::filesystem::path(slot.strFilename).parent_path().string();
+    runner.setExternalFolder(folder.empty() ? appDir + "/external" : folder);
+    writeFrame(vb::quoteString(commandFile));
+    runner.setExternalFolder(appDir + "/external");
 }
 
 void frmMain::placeLog() {

@@ -12,6 +12,7 @@
 #include "devices/DeviceHost.h"
 #include "devices/DeviceInfo.h"
 #include "discops/Fragments.h"
+#include "discops/ImageSlot.h"
 #include "exec/CommandRunner.h"
 #include "exec/OutputInterpreter.h"
 #include "shell/EncoderTable.h"
@@ -78,6 +79,9 @@ public:
     std::string msg(const std::string &key) const;
     void setStatus(const std::string &text);
     void parseCommand();
+    discops::ImageContext imageContext();
+    // The medium against the task; an ISO on a DVD turns the task to "WRITE DVD".
+    bool mediumFitsTask(const std::string &mediaType);
     // Closing as the user would: false when the user stopped it.
     bool queryUnload();
     void Form_Unload();
@@ -118,6 +122,13 @@ public:
     // Shows the erase dialog over a rewritable disc that is not blank;
     // returns true if the user cancelled it.
     std::function<bool()> offerErase;
+    // The image slot, and the temporary folder of a compiled audio project.
+    discops::ImageSlot slot;
+    std::string strTempName;
+    // The jobs of the mastering and copy forms, where they exist.
+    std::function<void()> copyDisc;
+    std::function<void()> writeDataCD;
+    std::function<void()> writeDVDImage;
     // frmDeviceInfo, once it has been opened.
     std::function<bool()> deviceInfoShown;
     std::function<void()> refreshDeviceInfo;
@@ -179,6 +190,7 @@ public:
     void updateMediaInfo(bool autoRefresh, bool refreshList, bool showInfo);
     std::string discStatus(bool chkMulti = false);
     void mnuRestore_Click();
+    void deleteImage();
     void placeLog();
 
     // Heights in twips, as the window's outer size.
@@ -207,7 +219,6 @@ private:
     void logMoved();
     void applyOnTop();
     void updateCaptionProgress();
-    void deleteImage();
 
     ShellEnvironment env_;
     bool langTemplate_ = false;
