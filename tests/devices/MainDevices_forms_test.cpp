@@ -15,6 +15,7 @@
 #include "discops/Fragments.h"
 #include "platform/DriveLayer.h"
 #include "support/mdlFunctions.h"
+#include "testlib/FakeDrive.h"
 #include "testlib/ShellHarness.h"
 
 using namespace saltmarrow;
@@ -22,49 +23,11 @@ using namespace saltmarrow::test;
 
 namespace {
 
-constexpr const char *kDrives = R"(
-aspi = ok
-spti = ok
-[device]
-address = 1,0,0
-aspi_address = 0,1,0
-vendor = PLEXTOR
-model = PX-W4012A
-firmware = 1.01
-driver_table = generic-mmc:0x10
-reads = CD-R CD-RW CD-ROM
-writes = CD-R CD-RW
-features = BURN-Proof
-buffer = 2048
-underrun = yes
-max_speed = 40
-speeds = 16x 24x 32x 40x
-medium = CD-R
-rewritable = no
-blank = yes
-appendable = no
-capacity = 359849
-[device]
-address = 1,1,0
-aspi_address = 0,2,0
-vendor = LITEON
-model = DVD-ROM LTD163
-firmware = GHR3
-reads = CD-R CD-RW CD-ROM DVD-ROM
-buffer = 512
-medium = n/a
-)";
+const std::string kDrives = fakeWriter("CD-R", true, "speeds = 16x 24x 32x 40x\n") + fakeReader();
 
 // A program folder whose cdrdao is the fake drive.
 std::unique_ptr<ShellHarness> withDrives(TempDir &app, const std::string &ini = {}) {
-    const std::string external = app.path() + "/external";
-    std::filesystem::create_directories(external + "/TEMP");
-    if (!std::filesystem::exists(external + "/cdrdao")) {
-        for (const char *name : {"cdrdao", "dvdrecord"})
-            std::filesystem::create_symlink(fixture("fakedrive"), external + "/" + name);
-        std::filesystem::create_symlink("/usr/bin/genisoimage", external + "/mkisofs");
-    }
-    writeFile(external + "/fakedrive.state", kDrives);
+    installFakeDrive(app.path(), kDrives);
     if (!ini.empty()) writeFile(app.path() + "/saltmarrow.ini", ini);
     return ShellHarness::inFolder(app.path(), "", false);
 }

@@ -13,6 +13,7 @@
 #include <filesystem>
 
 #include "support/mdlFunctions.h"
+#include "testlib/FakeDrive.h"
 #include "testlib/ShellHarness.h"
 
 using namespace saltmarrow;
@@ -21,27 +22,7 @@ namespace mb = saltmarrow::platform::mb;
 
 namespace {
 
-std::string writer(const std::string &medium, bool blank) {
-    return std::string(R"(
-aspi = ok
-spti = ok
-[device]
-address = 1,0,0
-aspi_address = 0,1,0
-vendor = PLEXTOR
-model = PX-W4012A
-firmware = 1.01
-driver_table = generic-mmc:0x10
-reads = CD-R CD-RW CD-ROM DVD-ROM
-writes = CD-R CD-RW
-buffer = 2048
-underrun = yes
-max_speed = 40
-rewritable = no
-capacity = 359849
-remaining = 359849
-)") + "medium = " + medium + "\nblank = " + (blank ? "yes" : "no") + "\nappendable = no\n";
-}
+std::string writer(const std::string &medium, bool blank) { return fakeWriter(medium, blank); }
 
 struct Dispatcher : ::testing::Test {
     TempDir app;
@@ -50,11 +31,7 @@ struct Dispatcher : ::testing::Test {
     std::unique_ptr<ShellHarness> h;
 
     void start(const std::string &drives, const std::string &commandLine = {}) {
-        std::filesystem::create_directories(external + "/TEMP");
-        for (const char *name : {"cdrdao", "dvdrecord"})
-            std::filesystem::create_symlink(fixture("fakedrive"), external + "/" + name);
-        std::filesystem::create_symlink("/usr/bin/genisoimage", external + "/mkisofs");
-        writeFile(external + "/fakedrive.state", drives);
+        installFakeDrive(app.path(), drives);
         h = ShellHarness::inFolder(app.path(), commandLine, false);
         ASSERT_TRUE(h->form().Form_Load());
         ASSERT_TRUE(h->errors.reports.empty()) << h->errors.reports.front();

@@ -7,35 +7,14 @@
 #include <string>
 
 #include "discops/ImageSlot.h"
+#include "shell/MessageTable.h"
 
 namespace saltmarrow::test {
 
 // The English texts of the messages the image procedures show.
-inline const std::map<std::string, std::string> &imageMessages() {
-    static const std::map<std::string, std::string> texts{
-        {"msgCUEOneFile", "Only one file statement allowed in cue file."},
-        {"msgCueSameFolder", "Cue/Bin must exist in the same folder and have the same name."},
-        {"msgCueDoubleQuotes", "Double quotes found in bin filename."},
-        {"msgCueIncorrectBin", "Incorrect bin filename found in cue sheet."},
-        {"msgCueNoQuotes", "Bin filename should be enclosed with quotes."},
-        {"msgCueError", "The following incompatibilities were found in cue file:"},
-        {"msgCueFix", "Would you like saltmarrow to correct this cue file?"},
-        {"msgNotFound", "%1 could not be found!"},
-        {"msgTocDoubleQuotes", "Double quotes found in dat filename."},
-        {"msgTocIncorrectDat", "Incorrect dat filename found in toc sheet."},
-        {"msgTocError", "The following incompatibilities were found in toc file:"},
-        {"msgTocFix", "Would you like saltmarrow to correct this toc file?"},
-        {"msgNoImageLoaded", "NO IMAGE LOADED"},
-        {"msgConfirmDelete", "Please confirm deletion of Image Files"},
-        {"msgDeleteEmptyFolder", "Delete empty folder: %1"},
-        {"msgDeleteTemp", "Delete tempory folder: "},
-    };
-    return texts;
-}
-
 inline std::string imageMessage(const std::string &key) {
-    auto it = imageMessages().find(key);
-    return it == imageMessages().end() ? "<" + key + ">" : it->second;
+    static const MessageTable table;
+    return table.contains(key) ? table.text(key) : "<" + key + ">";
 }
 
 // A file of exactly bytes zero bytes; sparse where the file system allows.

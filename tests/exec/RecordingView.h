@@ -30,7 +30,8 @@ public:
     bool writeFailed = false;
     int kills = 0;
     double now = 1000.0;  // seconds since midnight
-    std::map<std::string, std::string, std::less<>> texts = englishTexts();
+    // Texts a test puts in place of the program's own.
+    std::map<std::string, std::string, std::less<>> texts;
     platform::RecordingSounds recordedSounds;
     std::function<bool(const std::string &)> run;     // commandExecute
     std::vector<std::string> frame;                   // what the read frame did to the form
@@ -80,7 +81,7 @@ public:
     void letEventsRun() override {}
     std::string message(std::string_view key) const override {
         auto it = texts.find(key);
-        return it == texts.end() ? "<" + std::string(key) + ">" : it->second;
+        return it == texts.end() ? englishText(key) : it->second;
     }
     platform::Sounds &sounds() override { return recordedSounds; }
     void writeCommandLog(const std::string &line) override {
