@@ -56,10 +56,33 @@ QLabel *valueLabel(QWidget *parent, const char *name) {
     return label;
 }
 
+// A page is one grid, captions left and values right, with no layout nested
+// around the values: a value that grows while its page is behind the other
+// can so tell the page's layout at once.
+QGridLayout *pageGrid(QWidget *page) {
+    auto *grid = new QGridLayout(page);
+    grid->setColumnStretch(1, 1);
+    return grid;
+}
+
 void addRow(QGridLayout *grid, QLabel *caption, QLabel *value) {
-    const int row = grid->rowCount();
+    const int row = grid->count() / 2;
     grid->addWidget(caption, row, 0, Qt::AlignLeft | Qt::AlignTop);
     grid->addWidget(value, row, 1, Qt::AlignTop);
+}
+
+// The rest of a page below its values, across both columns, then the free
+// room.
+void addBelow(QGridLayout *grid, QWidget *widget) {
+    const int row = grid->count() / 2;
+    grid->addWidget(widget, row, 0, 1, 2);
+    grid->setRowStretch(row + 1, 1);
+}
+
+void addBelow(QGridLayout *grid, QLayout *layout) {
+    const int row = grid->count() / 2;
+    grid->addLayout(layout, row, 0, 1, 2);
+    grid->setRowStretch(row + 1, 1);
 }
 
 // One member of a check box array that only shows: whatever the user does,
@@ -135,8 +158,7 @@ frmDeviceInfo::frmDeviceInfo(DeviceState &state, const DeviceHost &host, DeviceI
     lblDriverValue = valueLabel(page, "lblDriverValue");
     lblBuffer = captionLabel(page, "lblBuffer", "Buffer:");
     lblBufferValue = valueLabel(page, "lblBufferValue");
-    auto *deviceGrid = new QGridLayout;
-    deviceGrid->setColumnStretch(1, 1);
+    auto *deviceGrid = pageGrid(page);
     addRow(deviceGrid, lblType, lblTypeValue);
     addRow(deviceGrid, lblFirmware, lblFirmwareValue);
     addRow(deviceGrid, lblDriver, lblDriverValue);
@@ -148,10 +170,7 @@ frmDeviceInfo::frmDeviceInfo(DeviceState &state, const DeviceHost &host, DeviceI
     auto *features = new QHBoxLayout;
     features->addWidget(boxFrame(page, "fraReadFeatures", "Reads", chkReadFeature, Qt::Vertical));
     features->addWidget(boxFrame(page, "fraWriteFeatures", "Writes", chkWriteFeature, Qt::Vertical));
-    auto *deviceLayout = new QVBoxLayout(page);
-    deviceLayout->addLayout(deviceGrid);
-    deviceLayout->addLayout(features);
-    deviceLayout->addStretch();
+    addBelow(deviceGrid, features);
 
     // The "Media" tab.
     page = tabMediaInfoTab;
@@ -174,8 +193,7 @@ frmDeviceInfo::frmDeviceInfo(DeviceState &state, const DeviceHost &host, DeviceI
     lblWriteSpeedValue->setMinimumWidth(
         lblWriteSpeedValue->fontMetrics().horizontalAdvance(QStringLiteral("48x, 40x, 32x, 24x, 16x...")));
     lblWriteSpeedValue->installEventFilter(this);
-    auto *mediaGrid = new QGridLayout;
-    mediaGrid->setColumnStretch(1, 1);
+    auto *mediaGrid = pageGrid(page);
     addRow(mediaGrid, lblManufacturer, lblManufacturerValue);
     addRow(mediaGrid, lblCapacity, lblCapacityValue);
     addRow(mediaGrid, lblTOCType, lblTOCTypeValue);
@@ -183,10 +201,7 @@ frmDeviceInfo::frmDeviceInfo(DeviceState &state, const DeviceHost &host, DeviceI
     addRow(mediaGrid, lblTracks, lblTracksValue);
     addRow(mediaGrid, lblWriteSpeed, lblWriteSpeedValue);
     for (int i = 0; i < 3; ++i) chkMedia.push_back(showingBox(page, "chkMedia", i, kMediaCaptions[i]));
-    auto *mediaLayout = new QVBoxLayout(page);
-    mediaLayout->addLayout(mediaGrid);
-    mediaLayout->addWidget(boxFrame(page, "fraMedia", "Disc", chkMedia, Qt::Horizontal));
-    mediaLayout->addStretch();
+    addBelow(mediaGrid, boxFrame(page, "fraMedia", "Disc", chkMedia, Qt::Horizontal));
 
     cmdClose = new QPushButton(QStringLiteral("&Close"), this);
     cmdClose->setObjectName(QStringLiteral("cmdClose"));
@@ -260,6 +275,9 @@ void frmDeviceInfo::MediaInfo(int index) {
     writeSpeeds_ = q(tab.lblWriteSpeedValue);
     lblWriteSpeedValue->setToolTip(writeSpeeds_);
     fitWriteSpeeds();
+    // A page behind the other does not pass on that its values grew; the
+    // dialog would widen only when that page comes to the front.
+    TabStrip1->updateGeometry();
 }
 
 void frmDeviceInfo::objDOS_ReceiveOutputs(const std::string &line) {
@@ -282,11 +300,17 @@ void frmDeviceInfo::showBeside(QWidget *mainForm) {
     if (mainForm) {
         if (!isVisible()) adjustSize();
         const QRect main = mainForm->frameGeometry();
-        const QSize size = frameGeometry().size();
-        QPoint at(main.right() + 1, main.top());
+        // Before its first showing the dialog has no frame yet; it will get
+        // one like the main form's. The gap keeps a border that the window
+        // manager adds late from overlapping.
+        const QRect inner = mainForm->geometry();
+        const QSize frame(main.width() - inner.width(), main.height() - inner.height());
+        const QSize size = isVisible() ? frameGeometry().size() : geometry().size() + frame;
+        constexpr int kGap = 4;
+        QPoint at(main.right() + 1 + kGap, main.top());
         if (const QScreen *screen = mainForm->screen()) {
             const QRect room = screen->availableGeometry();
-            if (at.x() + size.width() > room.right() + 1) at.setX(main.left() - size.width());
+            if (at.x() + size.width() > room.right() + 1) at.setX(main.left() - kGap - size.width());
             // No room on either side: against the screen's right edge.
             if (at.x() < room.left()) at.setX(std::max(room.left(), room.right() + 1 - size.width()));
             at.setY(std::clamp(at.y(), room.top(), std::max(room.top(), room.bottom() + 1 - size.height())));

@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QLabel>
+#include <QScreen>
 #include <QTabWidget>
 #include <algorithm>
 
@@ -198,9 +199,12 @@ TEST_F(DeviceDialog, NothingIsCutOff) {
     form.show();
     settle();
     form.ShowDeviceInfo(0);
+    settle();
+    const QSize size = form.size();
     for (QWidget *page : {form.tabDeviceInfoTab, form.tabMediaInfoTab}) {
         form.TabStrip1->setCurrentWidget(page);
         settle();
+        EXPECT_EQ(form.size(), size) << "the dialog has its size before either tab is looked at";
         std::vector<QWidget *> shown;
         for (QWidget *w : page->findChildren<QWidget *>())
             if ((qobject_cast<QLabel *>(w) || qobject_cast<QCheckBox *>(w)) && w->isVisible())
@@ -235,6 +239,18 @@ TEST_F(DeviceDialog, PlacedBesideTheMainForm) {
     settle();
     EXPECT_TRUE(form.isVisible());
     EXPECT_FALSE(form.frameGeometry().intersects(mainForm.frameGeometry()));
+    EXPECT_GT(form.frameGeometry().left(), mainForm.frameGeometry().left())
+        << "on the right where there is room";
+
+    // The main form against the screen's right edge: the dialog goes left.
+    const QRect room = mainForm.screen()->availableGeometry();
+    mainForm.move(room.right() - mainForm.frameGeometry().width() - 10, 40);
+    settle();
+    form.showBeside(&mainForm);
+    settle();
+    EXPECT_FALSE(form.frameGeometry().intersects(mainForm.frameGeometry()));
+    EXPECT_LT(form.frameGeometry().left(), mainForm.frameGeometry().left());
+    EXPECT_TRUE(room.contains(form.frameGeometry()));
 }
 
 }  // namespace
