@@ -29,6 +29,8 @@
 #include <map>
 
 #include "devices/Discovery.h"
+#include "devices/frmDeviceInfo.h"
+#include "discops/frmEraseCD.h"
 #include "discops/ImageDelete.h"
 #include "discops/ImageLoad.h"
 #include "discops/ImageSize.h"
@@ -128,6 +130,10 @@ frmMain::frmMain(ShellEnvironment env) : env_(std::move(env)) {
     runner.objDOS.ReceiveOutputs = [this](const std::string &line) { objDOS_ReceiveOutputs(line); };
     runner.objDOS.nullOutputs = [this] { objDOS_nullOutputs(); };
     runner.objDOS.pump = [] { QCoreApplication::processEvents(QEventLoop::AllEvents); };
+    eraseForm_ = new frmEraseCD(eraseCancelled_, [this](const std::string &mode) {
+        run("discErase", [&] { discErase(mode); });
+    }, this);
+    offerErase = [this] { return eraseForm_->offerErase(); };
     interpreterView_ = std::make_unique<MainInterpreterView>(*this, *env_.sounds);
     interpreter = std::make_unique<OutputInterpreter>(*interpreterView_, interpreterState, secondsSinceMidnight,
                                                       paths.cygwinRoot);
@@ -372,6 +378,8 @@ void frmMain::connectHandlers() {
     on(mnuHelpContents, "mnuHelpContents_Click", [this] { mnuHelpContents_Click(); });
     on(mnuAbout, "mnuAbout_Click", [this] { mnuAbout_Click(); });
     on(mnuExternal, "mnuExternal_Click", [this] { mnuExternal_Click(); });
+    on(mnuDeviceInfo, "mnuDeviceInfo_Click", [this] { mnuDeviceInfo_Click(); });
+    on(mnuErase, "mnuErase_Click", [this] { mnuErase_Click(); });
     on(mnuLanguages, "mnuLanguages_Click", [this] { mnuLanguages_Click(); });
     on(mnuSysTrayAbout, "mnuSysTrayAbout_Click", [this] { mnuAbout_Click(); });
     on(mnuRestore, "mnuRestore_Click", [this] { mnuRestore_Click(); });
@@ -1238,6 +1246,82 @@ std::string frmMain::discStatus(bool chkMulti) {
     context.chkMulti = chkMulti;
     context.offerErase = offerErase ? offerErase : [] { return true; };
     return saltmarrow::discStatus(deviceState, host, context);
+}
+
+}  // namespace saltmarrow
+
+namespace saltmarrow {
+
+int frmMain::writerIndex() const {
+    return getDeviceIndex(deviceState, cmbWriterDevice->currentText().toStdString(), platform::driveLayer());
+}
+
+void frmMain::mnuDeviceInfo_Click() {
+    if (cmbWriterDevice->currentText().isEmpty()) {
+        MsgBoxOverMe(msg("msgSelectWriter"), platform::mb::Exclamation);
+        showSettings(true);
+        return;
+    }
+    autoHideSettings();
+    if (!deviceInfoForm_) {
+        deviceInfoHost_ = std::make_unique<DeviceHost>(deviceHost());
+        DeviceInfoSources sources;
+        sources.writePanel = [this] { return writePanel(); };
+        sources.fragmentSettings = [this] { return fragmentSettings(); };
+        sources.discFreeBytes = [this] { return slot.discFreeBytes; };
+        deviceInfoForm_ = new frmDeviceInfo(deviceState, *deviceInfoHost_, sources, this);
+        applyLanguage(deviceInfoForm_, false, settings.text("Language"), messages, appDir);
+        deviceInfoShown = [this] { return deviceInfoForm_ && deviceInfoForm_->isVisible(); };
+        refreshDeviceInfo = [this] {
+            if (deviceInfoForm_) deviceInfoForm_->MediaInfo(writerIndex());
+        };
+    }
+    deviceInfoForm_->showBeside(this);
+    deviceInfoForm_->ShowDeviceInfo(writerIndex());
+}
+
+void frmMain::mnuErase_Click() {
+    if (cmbWriterDevice->currentText().isEmpty()) {
+        MsgBoxOverMe(msg("msgSelectWriter"), platform::mb::Exclamation);
+        showSettings(true);
+        return;
+    }
+    autoHideSettings();
+    eraseForm_->exec();
+}
+
+void frmMain::discErase(const std::string &mode) {
+    const std::string remembered = currentMode;
+    ChangeCurrentMode("ERASE CD");
+    eraseCancelled_ = false;
+    const int index = writerIndex();
+    if (index < 0 || static_cast<std::size_t>(index) >= deviceState.devices.Count()) {
+        ChangeCurrentMode(remembered);
+        return;
+    }
+    const DeviceInfo &writer = deviceState.devices.item(static_cast<std::size_t>(index));
+    static constexpr std::string_view kDVDs[] = {"DVD-ROM", "DVD-R", "DVD-RW", "DVD+R", "DVD+RW"};
+    bool dvd = false;
+    for (auto type : kDVDs) dvd = dvd || writer.LastMediaType == type;
+    const platform::DriveLayer &layer = platform::driveLayer();
+    const bool spti = chkUseSPTI->isChecked();
+    std::string command;
+    if (dvd) {
+        ChangeCurrentMode("WRITE DVD");
+        command = vb::quoteString(paths.strdvdrecord) + " blank=" + (mode == "minimal" ? "minimal " : "all ") +
+                  "dev=" + layer.dvdDevice(layer.addressOf(cmbWriterDevice->currentText().toStdString()), spti, false) +
+                  " gracetime=0";
+    } else {
+        WritePanel panel = writePanel();
+        FragmentSettings fragments = fragmentSettings();
+        bool useRaw = true;
+        command = vb::quoteString(paths.strCdrdao) + " blank" +
+                  writeDevice(panel, fragments, writer, useRaw, true, true, layer) + " --reload --blank-mode " + mode;
+    }
+    if (cSysTray1) cSysTray1->setToolTip(q(msg("logBlankingDisc")));
+    writeFrame(command);
+    if (cSysTray1) cSysTray1->setToolTip(windowTitle());
+    ChangeCurrentMode(remembered);
 }
 
 }  // namespace saltmarrow

@@ -4,6 +4,7 @@
 #include <QDateTime>
 #include <QMainWindow>
 #include <QPointer>
+#include <QDialog>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -35,6 +36,8 @@ class QSystemTrayIcon;
 namespace saltmarrow {
 
 class ErrorReporter;
+class frmDeviceInfo;
+class frmEraseCD;
 class frmLog;
 class frmStartUp;
 namespace platform {
@@ -186,6 +189,10 @@ public:
     void chkUseSPTI_Click();
     void writeOptions_Click();
     void readOptions_Click();
+    void mnuDeviceInfo_Click();
+    void mnuErase_Click();
+    void discErase(const std::string &mode);
+    int writerIndex() const;
     // The drive status refresh.
     void updateMediaInfo(bool autoRefresh, bool refreshList, bool showInfo);
     std::string discStatus(bool chkMulti = false);
@@ -226,6 +233,10 @@ private:
     bool busy_ = false;
     std::unique_ptr<platform::SingleInstance> instance_;
     std::unique_ptr<InterpreterView> interpreterView_;
+    std::unique_ptr<DeviceHost> deviceInfoHost_;  // outlives the dialog that keeps it
+    QPointer<frmDeviceInfo> deviceInfoForm_;
+    frmEraseCD *eraseForm_ = nullptr;
+    bool eraseCancelled_ = false;
     QPointer<frmStartUp> startUp_;
 };
 

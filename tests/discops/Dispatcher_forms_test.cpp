@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <QCheckBox>
+#include <QApplication>
 #include <QCoreApplication>
+#include <QTimer>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -189,4 +191,41 @@ TEST_F(Dispatcher, TheCommandLineCanStartTheWrite) {
     QCoreApplication::processEvents();
     EXPECT_EQ(driveCalls("write").size(), 1u);
     EXPECT_EQ(f().txtStatus->text().left(29).toStdString(), "Writing finished successfully");
+}
+
+TEST_F(Dispatcher, AUsedRewritableIsErasedOnOfferAndThenWritten) {
+    start(fakeWriter("CD-RW", false, "rewritable = yes\n"));
+    load(tocImage("data", 2048 * 400));
+    // The erase dialog comes up modal over the check of the disc: take Erase.
+    int offers = 0;
+    std::function<void()> answer = [&] {
+        QWidget *dialog = QApplication::activeModalWidget();
+        if (!dialog || dialog->objectName() != "frmEraseCD") {
+            QTimer::singleShot(20, answer);
+            return;
+        }
+        ++offers;
+        dialog->findChild<QPushButton *>("cmdErase")->click();
+    };
+    QTimer::singleShot(20, answer);
+    f().cmdWrite->click();
+    EXPECT_EQ(offers, 1);
+    const auto blanks = driveCalls("blank");
+    ASSERT_EQ(blanks.size(), 1u);
+    EXPECT_NE(blanks[0].find("--blank-mode minimal"), std::string::npos);
+    EXPECT_EQ(driveCalls("write").size(), 1u) << "the erased disc was read again and written";
+    EXPECT_EQ(f().txtStatus->text().left(29).toStdString(), "Writing finished successfully");
+}
+
+TEST_F(Dispatcher, DeviceInfoShowsTheWriter) {
+    start(fakeWriter("CD-R", true));
+    f().show();
+    f().mnuDeviceInfo->trigger();
+    QWidget *info = f().findChild<QWidget *>("frmDeviceInfo");
+    ASSERT_NE(info, nullptr);
+    EXPECT_TRUE(info->isVisible());
+    auto *firmware = info->findChild<QLabel *>("lblFirmwareValue");
+    ASSERT_NE(firmware, nullptr);
+    EXPECT_EQ(firmware->text(), "1.01");
+    EXPECT_TRUE(h->errors.reports.empty());
 }
