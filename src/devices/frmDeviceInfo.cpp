@@ -297,15 +297,14 @@ bool frmDeviceInfo::eventFilter(QObject *watched, QEvent *event) {
 }
 
 void frmDeviceInfo::showBeside(QWidget *mainForm) {
-    if (mainForm) {
-        if (!isVisible()) adjustSize();
+    const auto place = [this, mainForm] {
         const QRect main = mainForm->frameGeometry();
         // Before its first showing the dialog has no frame yet; it will get
         // one like the main form's. The gap keeps a border that the window
         // manager adds late from overlapping.
         const QRect inner = mainForm->geometry();
         const QSize frame(main.width() - inner.width(), main.height() - inner.height());
-        const QSize size = isVisible() ? frameGeometry().size() : geometry().size() + frame;
+        const QSize size = isVisible() ? frameGeometry().size() : sizeHint().expandedTo(this->size()) + frame;
         constexpr int kGap = 4;
         QPoint at(main.right() + 1 + kGap, main.top());
         if (const QScreen *screen = mainForm->screen()) {
@@ -316,10 +315,16 @@ void frmDeviceInfo::showBeside(QWidget *mainForm) {
             at.setY(std::clamp(at.y(), room.top(), std::max(room.top(), room.bottom() + 1 - size.height())));
         }
         move(at);
+    };
+    if (mainForm) {
+        if (!isVisible()) adjustSize();
+        place();
     }
     show();
     raise();
     activateWindow();
+    // The real size is known once the dialog is up: place it again by that.
+    if (mainForm) place();
 }
 
 }  // namespace saltmarrow

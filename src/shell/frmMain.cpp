@@ -1276,8 +1276,9 @@ void frmMain::mnuDeviceInfo_Click() {
             if (deviceInfoForm_) deviceInfoForm_->MediaInfo(writerIndex());
         };
     }
-    deviceInfoForm_->showBeside(this);
+    // Filled first, so that it is placed by the size its texts give it.
     deviceInfoForm_->ShowDeviceInfo(writerIndex());
+    deviceInfoForm_->showBeside(this);
 }
 
 void frmMain::mnuErase_Click() {
