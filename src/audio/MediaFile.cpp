@@ -58,11 +58,18 @@ const MediaFile::Block &MediaFile::blockFor(std::int64_t offset) {
         }
     }
     Block &victim = blocks_[0].lastUse <= blocks_[1].lastUse ? blocks_[0] : blocks_[1];
-    // A read near the end pulls in the whole last block, so the tag at the
-    // tail and the backwards page search share one read.
-    const std::int64_t block = static_cast<std::int64_t>(kBlock);
-    const std::int64_t start = std::max<std::int64_t>(0, std::min(offset, length_ - block));
-    victim.bytes.resize(static_cast<std::size_t>(std::min(block, length_ - start)));
+    // Blocks start on block boundaries, except that a read near the end pulls
+    // in the whole last block, so the tag at the tail and the backwards page
+    // search share one read.
+    const auto head = static_cast<std::int64_t>(kHeadBlock);
+    const auto block = static_cast<std::int64_t>(kBlock);
+    std::int64_t start = 0;
+    std::int64_t size = head;
+    if (offset >= head || offset >= length_ - block) {
+        size = block;
+        start = offset >= length_ - block ? std::max<std::int64_t>(0, length_ - block) : offset - offset % block;
+    }
+    victim.bytes.resize(static_cast<std::size_t>(std::min(size, length_ - start)));
     victim.bytes.resize(preadAll(start, victim.bytes.size(), victim.bytes.data()));
     victim.start = victim.bytes.empty() ? -1 : start;
     victim.lastUse = uses_;
@@ -121,8 +128,9 @@ std::int64_t MediaFile::findLast(std::string_view pattern) {
          end -= block - overlap) {
         const std::int64_t start = std::max<std::int64_t>(1, end - block);
         const std::string chunk = read(start, static_cast<std::size_t>(end - start));
-        const std::size_t at = chunk.rfind(pattern);
-        if (at != std::string::npos) return start + static_cast<std::int64_t>(at);
+        for (std::size_t at = chunk.size() - pattern.size() + 1; at-- > 0;)
+            if (chunk[at] == pattern[0] && std::string_view(chunk).compare(at, pattern.size(), pattern) == 0)
+                return start + static_cast<std::int64_t>(at);
         if (start == 1) break;
     }
     return 0;

@@ -17,6 +17,9 @@ namespace saltmarrow {
 class MediaFile {
 public:
     static constexpr std::size_t kBlock = 4096;
+    // The first block is larger: the Vorbis header pages, with their
+    // codebooks, mostly end a little after 4 KiB.
+    static constexpr std::size_t kHeadBlock = 8192;
 
     explicit MediaFile(const std::string &path);
     ~MediaFile();

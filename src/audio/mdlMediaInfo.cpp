@@ -28,6 +28,12 @@ double divide(double a, double b) {
     return a / b;
 }
 
+// Val of a text that may run on into binary data: Val cannot read past the
+// first byte that no number is written with, so the rest is cut off first.
+double numberValue(std::string_view text) {
+    return vb::Val(text.substr(0, text.find_first_not_of("0123456789+-.&abcdefhoABCDEFHO \t\r\n")));
+}
+
 std::int32_t toLong(double value) { return vb::CLng(value); }  // rounds half to even
 
 std::int16_t toInteger(double value) {
@@ -43,10 +49,11 @@ std::string midText(std::string_view text, std::int64_t start, std::int64_t leng
     return Mid(text, static_cast<std::size_t>(start), static_cast<std::size_t>(length));
 }
 
-// InStr for the frame search: the same first match, but a tag can carry a
-// picture of some megabytes and is searched once per frame name.
-std::size_t findFrame(std::string_view tag, std::string_view name) {
-    const std::size_t at = tag.find(name);
+// InStr (binary compare) for the tag and comment searches: the same first
+// match at or after a 1-based start, without a call per byte; a tag can carry
+// a picture of some megabytes and is searched once per frame name.
+std::size_t findText(std::string_view text, std::string_view pattern, std::size_t start = 1) {
+    const std::size_t at = text.find(pattern, start - 1);
     return at == std::string_view::npos ? 0 : at + 1;
 }
 
@@ -97,7 +104,7 @@ std::string id3v1Field(std::string_view bytes) {
 // search with no walk of the frame chain. Only the lowest size byte counts,
 // so a text is at most 254 bytes long.
 std::string id3v2Frame(std::string_view tag, std::string_view name, const ID3v2Layout &layout) {
-    const std::size_t p = findFrame(tag, name);
+    const std::size_t p = findText(tag, name);
     if (p == 0) return {};
     const auto at = static_cast<std::int64_t>(p);
     const int length = byteOf(tag, at + layout.sizeByteOffset) - 1;
@@ -170,7 +177,7 @@ void readID3(MediaFile &file, MediaFileInfo &info) {
         }
 
         const std::string track = id3v2Frame(tag, layout->track, *layout);
-        if (!track.empty()) info.TrackNumber = toInteger(vb::Val(track));
+        if (!track.empty()) info.TrackNumber = toInteger(numberValue(track));
     }
 
     if (vb::IsNumeric(info.Genre)) {
@@ -197,14 +204,13 @@ constexpr std::array<std::string_view, 4> kChannelModes{"stereo", "joint stereo"
 std::int64_t findFrameHeader(MediaFile &file) {
     const std::int64_t length = file.length();
     const auto step = static_cast<std::int64_t>(MediaFile::kBlock);
-    for (std::int64_t pos = 1; pos < length; pos += step) {
-        // One byte more than the step, so a pair across two blocks is seen.
-        const std::int64_t n = std::min(step + 1, length - pos + 1);
-        const std::string chunk = file.read(pos, static_cast<std::size_t>(n));
-        for (std::size_t i = 0; i + 1 < chunk.size(); ++i) {
-            const auto a = static_cast<unsigned char>(chunk[i]);
-            const auto b = static_cast<unsigned char>(chunk[i + 1]);
-            if (a == 0xFF && b >= 0xFA && b <= 0xFD) return pos + static_cast<std::int64_t>(i);
+    bool lastWasFF = false;  // carried over, so a pair across two blocks is seen
+    for (std::int64_t pos = 1; pos <= length; pos += step) {
+        const std::string chunk = file.read(pos, static_cast<std::size_t>(std::min(step, length - pos + 1)));
+        for (std::size_t i = 0; i < chunk.size(); ++i) {
+            const auto b = static_cast<unsigned char>(chunk[i]);
+            if (lastWasFF && b >= 0xFA && b <= 0xFD) return pos + static_cast<std::int64_t>(i) - 1;
+            lastWasFF = b == 0xFF;
         }
     }
     return 0;
@@ -269,14 +275,21 @@ std::int64_t oggHeaderEnd(MediaFile &file) {
 // The value of name=... in the comment buffer: up to the next comment's
 // length field, found as NUL 0x10 NUL or three NULs and one byte back over
 // its lowest byte, or to the buffer's end.
-std::optional<std::string> commentValue(std::string_view buffer, std::string_view name) {
-    const std::string key = std::string(name) + "=";
-    const std::size_t p = InStr(1, buffer, key, vb::Compare::Text);
-    if (p == 0) return std::nullopt;
+// folded is the buffer in lower case, for the case-insensitive search.
+std::optional<std::string> commentValue(std::string_view buffer, std::string_view folded, std::string_view name) {
+    const std::string key = vb::LCase(name) + "=";
+    const std::size_t at = folded.find(key);
+    if (at == std::string_view::npos) return std::nullopt;
+    const std::size_t p = at + 1;
     const std::size_t start = p + key.size();
-    const std::size_t a = InStr(start, buffer, std::string_view("\0\x10\0", 3));
-    const std::size_t b = InStr(start, buffer, std::string_view("\0\0\0", 3));
-    const std::size_t end = (a != 0 && b != 0) ? std::min(a, b) : (a != 0 ? a : b);
+    // The earlier of the two patterns is the first position that starts either.
+    std::size_t end = 0;
+    for (std::size_t i = start - 1; i + 2 < buffer.size(); ++i) {
+        if (buffer[i] == '\0' && (buffer[i + 1] == '\x10' || buffer[i + 1] == '\0') && buffer[i + 2] == '\0') {
+            end = i + 1;
+            break;
+        }
+    }
     if (end == 0) return Mid(buffer, start);
     return midText(buffer, static_cast<std::int64_t>(start),
                    static_cast<std::int64_t>(end) - static_cast<std::int64_t>(start) - 1);
@@ -326,13 +339,14 @@ void readComments(MediaFile &file, MediaFileInfo &info) {
                   {"ALBUM", &MediaFileInfo::Album},   {"COMMENT", &MediaFileInfo::Comments},
                   {"DATE", &MediaFileInfo::Year},     {"TRACKNUMBER", nullptr},
                   {"GENRE", &MediaFileInfo::Genre}};
+    const std::string folded = vb::LCase(buffer);
     for (const auto &f : fields) {
-        std::optional<std::string> value = commentValue(buffer, f.name);
+        std::optional<std::string> value = commentValue(buffer, folded, f.name);
         if (!value) continue;
         if (f.field != nullptr)
             info.*f.field = std::move(*value);
         else
-            info.TrackNumber = toInteger(vb::Val(*value));
+            info.TrackNumber = toInteger(numberValue(*value));
     }
 }
 
