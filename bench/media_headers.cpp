@@ -33,8 +33,8 @@ std::vector<std::string> makeFiles(const fs::path &dir) {
     const std::string vorbis = "-t 'A Title' -a 'An Artist' -l 'An Album' -d 2004 -N 3 -G Jazz";
     const std::string flacTags = "-T 'TITLE=A Title' -T 'ARTIST=An Artist' -T ALBUM=Album -T TRACKNUMBER=3";
     const bool ok =
-        sh(d + "sox -n -r 44100 -c 2 -b 16 s.wav synth 2 pinknoise vol 0.5") &&
-        sh(d + "sox -n -r 22050 -c 1 -b 8 m.wav synth 2 sine 440") &&
+        sh(d + "sox -n -r 44100 -c 2 -b 16 s.wav synth 1 pinknoise vol 0.5") &&
+        sh(d + "sox -n -r 22050 -c 1 -b 8 m.wav synth 1 sine 440") &&
         sh(d + "lame --quiet -b 192 --id3v2-latin1 " + tags + " --add-id3v2 s.wav t0.mp3") &&
         sh(d + "lame --quiet -V 2 --id3v2-latin1 " + tags + " --add-id3v2 s.wav t1.mp3") &&
         sh(d + "lame --quiet -b 128 " + tags + " --id3v1-only s.wav t2.mp3") &&
