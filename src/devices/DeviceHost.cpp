@@ -34,8 +34,12 @@ bool DeviceHost::splash() const {
 }
 
 ToolRun DeviceHost::execute(const std::string &arguments) const {
+    return executeTool(cdrdao, arguments);
+}
+
+ToolRun DeviceHost::executeTool(const std::string &tool, const std::string &arguments) const {
     if (!run) return {};
-    return run(vb::quoteString(cdrdao) + arguments);
+    return run(vb::quoteString(tool) + arguments);
 }
 
 }  // namespace saltmarrow

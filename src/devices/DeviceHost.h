@@ -50,6 +50,7 @@ struct DeviceLists {
 struct DeviceHost {
     RunCommand run;                                            // commandExecute with its commandOutput
     std::string cdrdao;                                        // path of the tool
+    std::string mediaInfoTool;  // dvd+rw-mediainfo, where the platform asks it which DVD is in a drive
     const platform::DriveLayer *layer = nullptr;               // null: the platform's own
     platform::Dialogs *dialogs = nullptr;                      // MsgBoxOverMe
     std::function<std::string(std::string_view key)> message;  // the message table
@@ -79,6 +80,7 @@ struct DeviceHost {
     void events() const;
     bool splash() const;
     ToolRun execute(const std::string &arguments) const;  // "<cdrdao>" + arguments
+    ToolRun executeTool(const std::string &tool, const std::string &arguments) const;
 };
 
 }  // namespace saltmarrow

@@ -12,24 +12,6 @@ using namespace vb;
 
 namespace {
 
-enum class ScanTest { Empty, Contains, ShorterThan };
-
-struct ScanClass {
-    ScanTest test;
-    std::string_view phrase;
-    std::size_t length;
-    std::string_view key;
-};
-
-// Outputs that cannot list drives, in the order they are tested.
-constexpr ScanClass kScanClasses[] = {
-    {ScanTest::Empty, "", 0, "msgCdrdaoFail"},
-    {ScanTest::Contains, "Can not load ASPI driver", 0, "msgNoASPILayer"},
-    {ScanTest::Contains, "Can not load ASPI or SPTI driver!", 0, "msgNoASPILayer"},
-    {ScanTest::Contains, "Could not find any host adapters", 0, "msgNoHostAdapters"},
-    {ScanTest::ShorterThan, "", 210, "msgNoDevicesFound"},
-};
-
 constexpr std::string_view kDriverPhrase = "Driver found in driver table: ";
 constexpr std::string_view kRawMark = " (Raw Driver Recommended)";
 
@@ -38,25 +20,6 @@ bool useSPTI(const DeviceState &state) {
 }
 
 }  // namespace
-
-std::optional<std::string_view> classifyScanOutput(std::string_view output) {
-    for (const ScanClass &row : kScanClasses) {
-        bool hit = false;
-        switch (row.test) {
-            case ScanTest::Empty:
-                hit = output.empty();
-                break;
-            case ScanTest::Contains:
-                hit = InStr(output, row.phrase, Compare::Text) != 0;
-                break;
-            case ScanTest::ShorterThan:
-                hit = output.size() < row.length;
-                break;
-        }
-        if (hit) return row.key;
-    }
-    return std::nullopt;
-}
 
 bool scanbus(DeviceState &state, const DeviceHost &host, bool useSPTI) {
     const platform::DriveLayer &layer = host.driveLayer();
@@ -71,12 +34,12 @@ bool scanbus(DeviceState &state, const DeviceHost &host, bool useSPTI) {
     // A scan that cannot list drives ends here, without restoring the mode
     // and without going on to the other layer: callers rely on the status
     // text alone.
-    if (auto key = classifyScanOutput(run.output)) {
+    if (auto key = layer.scanProblem(run.output)) {
         host.status(host.text(*key));
         return false;
     }
 
-    if (InStr(run.output, "OK!") != 0) {  // the tool's word for a layer that loaded
+    if (layer.layerLoaded(run.output)) {
         state.availableInterfaces = static_cast<short>(state.availableInterfaces + (useSPTI ? 2 : 1));
         long key = 0;
         for (const std::string &line : layer.deviceLines(run.output)) {
@@ -94,6 +57,7 @@ bool scanbus(DeviceState &state, const DeviceHost &host, bool useSPTI) {
             // taken to list the drives in the same order.
             DeviceInfo *record = state.devices.find(keyText);
             if (record == nullptr) throw RuntimeError(424, "Object required");
+            if (!drive.firmware.empty()) record->Firmware = drive.firmware;
             if (useSPTI) {
                 record->SPTIDeviceID = drive.address;
                 record->SPTIFullName = drive.fullName;
@@ -107,7 +71,7 @@ bool scanbus(DeviceState &state, const DeviceHost &host, bool useSPTI) {
     if (useSPTI && host.splash() && host.splashProgress)
         host.splashProgress(static_cast<int>(state.devices.Count()) + 1, 1);
     host.setMode(previousMode);
-    if (!useSPTI) {
+    if (!useSPTI && layer.hasSPTILayer()) {
         const bool spti = scanbus(state, host, true);
         result = result || spti;
     }

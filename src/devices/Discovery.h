@@ -10,12 +10,8 @@
 
 namespace saltmarrow {
 
-// The message key for a scan output that cannot list drives, or none when
-// the output goes on to be read.
-std::optional<std::string_view> classifyScanOutput(std::string_view output);
-
-// Scans one access layer; the ASPI scan goes on to scan SPTI. True if a
-// device line was seen.
+// Scans one access layer; the ASPI scan goes on to scan SPTI where the
+// platform has that layer. True if a device line was seen.
 bool scanbus(DeviceState &state, const DeviceHost &host, bool useSPTI);
 
 // Driver and option word from a dt-lookup output.

@@ -1,6 +1,7 @@
 #include "devices/DriveQueries.h"
 
 #include "devices/Discovery.h"
+#include "devices/KernelDriveInfo.h"
 #include "platform/Dialogs.h"
 #include "platform/DriveLayer.h"
 #include "support/RuntimeError.h"
@@ -39,6 +40,20 @@ long capacityBlocks(std::string_view output, std::string_view label) {
     const std::size_t open = InStr(line, output, "(");
     const std::size_t close = InStr(open, output, " blocks, ");
     return CLng(between(output, open, close));
+}
+
+// The drive query where the system tells the features and cdrdao only the
+// speeds: no retries, since no line is awaited.
+void updateKernelDriveInfo(DeviceState &state, const DeviceHost &host, DeviceInfo &device, bool skipNoMedia) {
+    const platform::DriveLayer &layer = host.driveLayer();
+    const std::string address = deviceID(state, device);
+    const ToolRun run = host.execute(" drive-info --device " + layer.cdrdaoDevice(address, false, false) +
+                                     " --driver " + device.Driver);
+    const platform::DriveCapabilities caps = layer.capabilities(address).value_or(guessedCapabilities(run.output));
+    const std::string media = queryMedium(host, device, address, caps);
+    state.driveRetries = 0;
+    if ((media == "n/a" || media.empty()) && skipNoMedia) return;
+    readKernelDriveInfo(device, caps, run.output, media);
 }
 
 }  // namespace
@@ -100,7 +115,9 @@ void updateDriveInfo(DeviceState &state, const DeviceHost &host, short index, bo
     const std::string previousMode = host.mode();
     host.setMode("HIDE ME");
     DeviceInfo &device = state.devices.item(static_cast<std::size_t>(index));
-    if (force || !(device.isWriterKnown && !device.isWriter)) {
+    if ((force || !(device.isWriterKnown && !device.isWriter)) && !host.driveLayer().driveInfoReportsAll()) {
+        updateKernelDriveInfo(state, host, device, skipNoMedia);
+    } else if (force || !(device.isWriterKnown && !device.isWriter)) {
         const platform::DriveLayer &layer = host.driveLayer();
         const ToolRun run =
             host.execute(" drive-info --device " +

@@ -252,9 +252,13 @@ bool OutputInterpreter::recieveWrite(const std::string &line) {
         const long written = numberBetween(line, wrote + 6, of);
         const std::size_t mb = InStr(of, line, " MB", Compare::Text);
         const long total = numberBetween(line, of + 4, mb);
-        const std::size_t percent = InStr(mb, line, "%)");
+        // Where the drive reports its own buffer too, Debian's cdrdao prints
+        // "Wrote 12 of 700 MB (Buffers 100%  98%)."; the first figure, the
+        // program's buffer, is the one shown.
+        const std::size_t buffers = InStr(mb, line, "(Buffers ", Compare::Text);
+        const std::size_t percent = buffers != 0 ? InStr(buffers, line, "%") : InStr(mb, line, "%)");
         const bool hasBuffer = percent != 0;
-        const long buffer = hasBuffer ? numberBetween(line, mb + 12, percent) : 0;
+        const long buffer = hasBuffer ? numberBetween(line, buffers != 0 ? buffers + 9 : mb + 12, percent) : 0;
         if (!due(state_.lastWriteUpdate, written == 1 || written == total)) return hide;
         if (written > 2) {
             // Value before Max, as the display has always been driven.

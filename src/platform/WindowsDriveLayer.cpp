@@ -5,6 +5,28 @@ namespace saltmarrow::platform {
 
 using namespace vb;
 
+namespace {
+
+enum class ScanTest { Empty, Contains, ShorterThan };
+
+struct ScanClass {
+    ScanTest test;
+    std::string_view phrase;
+    std::size_t length;
+    std::string_view key;
+};
+
+// Outputs that cannot list drives, in the order they are tested.
+constexpr ScanClass kScanClasses[] = {
+    {ScanTest::Empty, "", 0, "msgCdrdaoFail"},
+    {ScanTest::Contains, "Can not load ASPI driver", 0, "msgNoASPILayer"},
+    {ScanTest::Contains, "Can not load ASPI or SPTI driver!", 0, "msgNoASPILayer"},
+    {ScanTest::Contains, "Could not find any host adapters", 0, "msgNoHostAdapters"},
+    {ScanTest::ShorterThan, "", 210, "msgNoDevicesFound"},
+};
+
+}  // namespace
+
 std::string WindowsDriveLayer::scanArguments(bool useSPTI) const {
     return useSPTI ? " scanbus --spti" : " scanbus";
 }
@@ -25,6 +47,29 @@ std::vector<std::string> WindowsDriveLayer::deviceLines(std::string_view scanOut
             if (cr != 0) return Split(Mid(scanOutput, cr), "\r\n");
         }
     }
+}
+
+std::optional<std::string_view> WindowsDriveLayer::scanProblem(std::string_view output) const {
+    for (const ScanClass &row : kScanClasses) {
+        bool hit = false;
+        switch (row.test) {
+            case ScanTest::Empty:
+                hit = output.empty();
+                break;
+            case ScanTest::Contains:
+                hit = InStr(output, row.phrase, Compare::Text) != 0;
+                break;
+            case ScanTest::ShorterThan:
+                hit = output.size() < row.length;
+                break;
+        }
+        if (hit) return row.key;
+    }
+    return std::nullopt;
+}
+
+bool WindowsDriveLayer::layerLoaded(std::string_view output) const {
+    return InStr(output, "OK!") != 0;  // the tool's word for a layer that loaded
 }
 
 ScannedDrive WindowsDriveLayer::parseScanLine(std::string_view line) const {
@@ -58,11 +103,6 @@ std::string WindowsDriveLayer::cdrdaoDevice(std::string_view address, bool useSP
 std::string WindowsDriveLayer::dvdDevice(std::string_view address, bool useSPTI, bool plainAddress) const {
     if (plainAddress) return std::string(address);
     return (useSPTI ? "SPTILOCK:" : "ASPILOCK:") + std::string(address);
-}
-
-const DriveLayer &driveLayer() {
-    static const WindowsDriveLayer layer;
-    return layer;
 }
 
 }  // namespace saltmarrow::platform

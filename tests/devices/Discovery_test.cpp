@@ -18,16 +18,16 @@ namespace {
 const platform::WindowsDriveLayer kLayer;
 
 TEST(ScanClassification, MessagesInTheirOrder) {
-    EXPECT_EQ(classifyScanOutput(""), "msgCdrdaoFail");
-    EXPECT_EQ(classifyScanOutput("\r\nERROR: Can not load ASPI driver"), "msgNoASPILayer");
-    EXPECT_EQ(classifyScanOutput("\r\ncan not load aspi or spti driver!"), "msgNoASPILayer");
-    EXPECT_EQ(classifyScanOutput("\r\nCould not find any host adapters" + std::string(300, ' ')),
+    EXPECT_EQ(kLayer.scanProblem(""), "msgCdrdaoFail");
+    EXPECT_EQ(kLayer.scanProblem("\r\nERROR: Can not load ASPI driver"), "msgNoASPILayer");
+    EXPECT_EQ(kLayer.scanProblem("\r\ncan not load aspi or spti driver!"), "msgNoASPILayer");
+    EXPECT_EQ(kLayer.scanProblem("\r\nCould not find any host adapters" + std::string(300, ' ')),
               "msgNoHostAdapters");
     // The length rule alone: a device line does not save a short output.
     std::string shortScan = "\r\nOK!\r\n1,0,0: A, B, 1\r\n";
     shortScan += std::string(209 - shortScan.size(), ' ');
-    EXPECT_EQ(classifyScanOutput(shortScan), "msgNoDevicesFound");
-    EXPECT_EQ(classifyScanOutput(shortScan + " "), std::nullopt);
+    EXPECT_EQ(kLayer.scanProblem(shortScan), "msgNoDevicesFound");
+    EXPECT_EQ(kLayer.scanProblem(shortScan + " "), std::nullopt);
 }
 
 TEST(ScanLines, AddressNameAndFirmware) {

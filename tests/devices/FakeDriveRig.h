@@ -11,6 +11,7 @@
 #include "exec/CommandRunner.h"
 #include "platform/DriveLayer.h"
 #include "support/mdlFunctions.h"
+#include "testlib/FakeDrive.h"
 #include "testlib/TestSupport.h"
 
 namespace saltmarrow::test {
@@ -24,7 +25,8 @@ struct FakeDriveRig {
     ScriptedHost fake;
     DeviceState state;
     DeviceLists lists;
-    const platform::DriveLayer &layer = platform::driveLayer();
+    // The fake speaks as the Windows builds of the tools do.
+    const platform::DriveLayer &layer = useWindowsDriveLayer();
 
     FakeDriveRig() {
         std::filesystem::create_directories(external + "/TEMP");

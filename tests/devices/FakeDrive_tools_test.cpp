@@ -17,6 +17,7 @@
 #include "exec/OutputInterpreter.h"
 #include "platform/DriveLayer.h"
 #include "support/mdlFunctions.h"
+#include "testlib/FakeDrive.h"
 #include "testlib/TestSupport.h"
 
 using namespace saltmarrow;
@@ -69,7 +70,8 @@ struct FakeDrive : ::testing::Test {
     ScriptedHost fake;
     DeviceState state;
     DeviceLists lists;
-    const platform::DriveLayer &layer = platform::driveLayer();
+    // The fake speaks as the Windows builds of the tools do.
+    const platform::DriveLayer &layer = test::useWindowsDriveLayer();
 
     void SetUp() override {
         std::filesystem::create_directories(external + "/TEMP");

@@ -8,6 +8,7 @@
 #include "../exec/EnglishTexts.h"
 #include "devices/DeviceHost.h"
 #include "platform/Dialogs.h"
+#include "platform/DriveLayer.h"
 
 namespace saltmarrow::test {
 
@@ -25,6 +26,8 @@ struct ScriptedHost {
     DeviceHost host;
 
     ScriptedHost() {
+        static const platform::WindowsDriveLayer windows;  // the stored outputs are the Windows tools'
+        host.layer = &windows;
         host.cdrdao = "/app/external/cdrdao";
         host.run = [this](const std::string &command) {
             commands.push_back(command);
