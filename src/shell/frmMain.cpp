@@ -439,7 +439,13 @@ bool frmMain::Form_Load() {
             instance_->listen([this](const std::string &text) { receiveHandOver(text); });
         }
     }
-    isNT = true;  // every layer this platform has is there
+    // Without an SPTI layer (Linux) the box stays off and out of reach, as
+    // on a system that never had the layer.
+    isNT = platform::driveLayer().hasSPTILayer();
+    if (!isNT) {
+        chkUseSPTI->setProperty("tag", QString());
+        chkUseSPTI->setEnabled(false);
+    }
 
     // The interface choice, the DVD writer and the language come first, so
     // that the splash already speaks the user's language.
@@ -1055,6 +1061,8 @@ DeviceHost frmMain::deviceHost() {
         return r;
     };
     host.cdrdao = paths.strCdrdao;
+    if (const std::string tool = appDir + "/external/dvd+rw-mediainfo"; QFileInfo::exists(q(tool)))
+        host.mediaInfoTool = tool;
     host.dialogs = env_.dialogs;
     host.message = [this](std::string_view key) { return messages.text(key); };
     host.currentMode = [this] { return currentMode; };

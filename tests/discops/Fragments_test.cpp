@@ -243,3 +243,34 @@ TEST_F(Fragments, ReaderOptionsDefaultAndRoundTrip) {
 }
 
 }  // namespace
+
+// On Linux every tool takes the device path, whatever the SPTI and lock
+// choices say; the rest of each fragment is what the Windows layer gives.
+TEST_F(Fragments, LinuxDevicePathsInEveryFragment) {
+    const platform::LinuxDriveLayer linux;
+    const auto swap = [](std::string text, const std::string &from, const std::string &to) {
+        const std::size_t at = text.find(from);
+        return at == std::string::npos ? text : text.replace(at, from.size(), to);
+    };
+    for (int spti : {0, 1})
+        for (bool lock : {false, true}) {
+            settings.chkUseSPTI = spti;
+            const std::string windowsWriter = layer.cdrdaoDevice("1,0,0", spti == 1, lock);
+            const std::string windowsReader = layer.cdrdaoDevice("1,1,0", spti == 1, lock);
+            bool useRaw = true;
+            const std::string w = writeDevice(write, settings, drive, useRaw, false, lock, layer);
+            const std::string r = readDevice(read, settings, drive, true, lock, layer);
+            const std::string d = writeDVDCommand(write, settings, drive, useRaw, false, false, layer);
+
+            write.cmbWriterDevice = "/dev/sr1: HL-DT-ST, DVDRAM GH24NSB0";
+            read.cmbReaderDevice = "/dev/sr0: ASUS, DRW: 24B1ST";
+            useRaw = true;
+            EXPECT_EQ(writeDevice(write, settings, drive, useRaw, false, lock, linux),
+                      swap(w, " --device " + windowsWriter + " ", " --device /dev/sr1 "));
+            EXPECT_EQ(readDevice(read, settings, drive, true, lock, linux),
+                      swap(r, " --source-device " + windowsReader + " ", " --source-device /dev/sr0 "));
+            EXPECT_EQ(writeDVDCommand(write, settings, drive, useRaw, false, false, linux),
+                      swap(d, " dev=" + layer.dvdDevice("1,0,0", spti == 1, false) + " ", " dev=/dev/sr1 "));
+            SetUp();
+        }
+}
