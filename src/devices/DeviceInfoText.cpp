@@ -43,7 +43,9 @@ std::string valueOf(std::string_view output, std::string_view key, std::string_v
 DeviceTab ShowDeviceInfo(const DeviceInfo &device) {
     DeviceTab tab;
     tab.caption = device.DeviceName;
-    tab.lblBufferValue = device.BufferSize + "kb";
+    // Drives whose drive report names no buffer (Linux) show "n/a" as the
+    // media labels do, not a bare unit.
+    tab.lblBufferValue = device.BufferSize.empty() ? "n/a" : device.BufferSize + "kb";
     tab.lblFirmwareValue = device.Firmware;
     tab.lblDriverValue = device.Driver;
     bool anyWrite = false;

@@ -11,6 +11,7 @@
 #include <filesystem>
 #include <regex>
 
+#include "devices/DeviceInfoText.h"
 #include "platform/DriveLayer.h"
 #include "support/mdlFunctions.h"
 #include "testlib/FakeDrive.h"
@@ -127,11 +128,15 @@ TEST_F(LinuxDrives, ThreeDrivesFromOneScanWithTheirFeaturesSpeedsAndMedia) {
     EXPECT_TRUE(cd.MediaInserted);
     EXPECT_TRUE(cd.BufferProtection);
     EXPECT_EQ(items(f().cmbSpeed).front(), "40x");
+    const DeviceTab tab = ShowDeviceInfo(cd);
+    EXPECT_EQ(tab.lblTypeValue, "CD Writer");
+    EXPECT_EQ(tab.lblBufferValue, "n/a") << "Debian's cdrdao names no buffer size";
 
     const DeviceInfo &dvd = f().deviceState.devices.item(1);
     EXPECT_EQ(dvd.WriteSpeeds, "16x,12x,10x,8x,6x,4x,2x,1x");
     EXPECT_NE(dvd.WriteFeatures.find("DVD-R "), std::string::npos);
     EXPECT_EQ(dvd.LastMediaType, "DVD+R");
+    EXPECT_EQ(ShowDeviceInfo(dvd).lblTypeValue, "DVD\\CD Writer");
 
     const DeviceInfo &rom = f().deviceState.devices.item(2);
     EXPECT_FALSE(rom.isWriter);
