@@ -8,6 +8,7 @@
 #include <filesystem>
 
 #include "../exec/RecordingView.h"
+#include "FakeDriveRig.h"
 #include "ScriptedHost.h"
 #include "devices/DeviceInfoText.h"
 #include "devices/Discovery.h"
@@ -61,53 +62,7 @@ buffer = 512
 medium = n/a
 )";
 
-// <app>/external with the fake drive under the tools' names, and the main
-// form's runner and device state around it.
-struct FakeDrive : ::testing::Test {
-    test::TempDir app;
-    std::string external = app.file("external");
-    CommandRunner runner;
-    ScriptedHost fake;
-    DeviceState state;
-    DeviceLists lists;
-    // The fake speaks as the Windows builds of the tools do.
-    const platform::DriveLayer &layer = test::useWindowsDriveLayer();
-
-    void SetUp() override {
-        std::filesystem::create_directories(external + "/TEMP");
-        for (const char *name : {"cdrdao", "dvdrecord", "cdda2wav"})
-            std::filesystem::create_symlink(test::fixture("fakedrive"), external + "/" + name);
-        runner.setExternalFolder(external);
-        runner.log.setPath(external + "/TEMP/commandlog.txt");
-        runner.objDOS.ReceiveOutputs = [this](const std::string &line) { runner.log.writeLine(line); };
-        fake.host.cdrdao = external + "/cdrdao";
-        fake.host.layer = &layer;
-        fake.host.run = [this](const std::string &command) {
-            const bool ok = runner.commandExecute(command);
-            return ToolRun{ok, runner.commandOutput};
-        };
-    }
-    void drives(const std::string &text) { test::writeFile(external + "/fakedrive.state", text); }
-    std::vector<std::string> calls() const {
-        std::vector<std::string> lines;
-        for (auto &l : vb::Split(test::readFile(external + "/fakedrive.log"), "\n"))
-            if (!l.empty()) lines.push_back(l);
-        return lines;
-    }
-    void discover() {
-        startupScanDevices(state, fake.host, true, lists);
-        startupConfigureDevices(state, fake.host, lists, "");
-    }
-    WritePanel writerPanel() {
-        WritePanel panel;
-        panel.cmbWriterDeviceIndex = lists.writerIndex;
-        panel.cmbWriterDevice = lists.writerText();
-        OptionsMemory memory;
-        std::string statusPanel;
-        cmbWriterDevice_Click(state, panel, memory, layer, statusPanel);
-        return panel;
-    }
-};
+struct FakeDrive : ::testing::Test, test::FakeDriveRig {};
 
 TEST_F(FakeDrive, StartupFindsAWriterAndAReader) {
     drives(std::string(kWriter) + "medium = CD-R\n" + std::string(kReader));
