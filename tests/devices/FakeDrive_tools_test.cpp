@@ -50,22 +50,11 @@ appendable = no
 capacity = 359849
 )";
 
-constexpr std::string_view kReader = R"(
-[device]
-address = 1,1,0
-aspi_address = 0,2,0
-vendor = LITEON
-model = DVD-ROM LTD163
-firmware = GHR3
-reads = CD-R CD-RW CD-ROM DVD-ROM
-buffer = 512
-medium = n/a
-)";
 
 struct FakeDrive : ::testing::Test, test::FakeDriveRig {};
 
 TEST_F(FakeDrive, StartupFindsAWriterAndAReader) {
-    drives(std::string(kWriter) + "medium = CD-R\n" + std::string(kReader));
+    drives(std::string(kWriter) + "medium = CD-R\n" + test::fakeReader());
     discover();
     EXPECT_EQ(state.availableInterfaces, 3);
     EXPECT_EQ(lists.reader,
@@ -178,7 +167,7 @@ TEST_F(FakeDrive, UsedRewritableIsErasedAndReadAgain) {
 TEST_F(FakeDrive, DeviceDialogOfABlankAppendableRewritable) {
     std::string text(kWriter);
     text.replace(text.find("appendable = no"), 15, "appendable = yes");
-    drives(text + "medium = CD-RW\nmanufacturer = Ritek Co.\n" + std::string(kReader));
+    drives(text + "medium = CD-RW\nmanufacturer = Ritek Co.\n" + test::fakeReader());
     discover();
     const DeviceTab writer = ShowDeviceInfo(state.devices.item(0));
     EXPECT_EQ(writer.caption, "PLEXTOR, PX-W4012A");
