@@ -742,12 +742,4 @@ TEST(GenreTable, NamesAndBounds) {
     for (std::string_view name : kGenres) EXPECT_FALSE(name.empty());
 }
 
-TEST(ChannelModes, DisplayNames) {
-    EXPECT_EQ(channelModeName(0), "stereo");
-    EXPECT_EQ(channelModeName(1), "joint stereo");
-    EXPECT_EQ(channelModeName(2), "dual channel");
-    EXPECT_EQ(channelModeName(3), "single channel");
-    EXPECT_EQ(channelModeName(4), "");
-}
-
 }  // namespace
