@@ -2,8 +2,11 @@
 // describes them.
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include "devices/KernelDriveInfo.h"
 #include "platform/DriveLayer.h"
+#include "testlib/TestSupport.h"
 
 using namespace saltmarrow;
 using namespace saltmarrow::platform;
@@ -91,6 +94,18 @@ TEST(KernelTable, ColumnsAreFoundByDriveName) {
     EXPECT_EQ(parseKernelCdromInfo(table, "sr2"), std::nullopt);
     EXPECT_EQ(parseKernelCdromInfo("drive name:\tsr0\nCan write CD-R:\n", "sr0")->writeFeatures, "")
         << "a row short of columns is no feature";
+}
+
+TEST(KernelTable, ALinkedDeviceNameIsFollowedToTheKernelsName) {
+    test::TempDir dir;
+    test::writeFile(dir.file("cdrom.info"), "drive name:\t\tsr5\nCan write CD-R:\t\t1\n");
+    test::writeFile(dir.file("sr5"), "");
+    std::filesystem::create_symlink(dir.file("sr5"), dir.file("cdrom"));
+    const LinuxDriveLayer layer(dir.file("cdrom.info"));
+    const auto caps = layer.capabilities(dir.file("cdrom"));
+    ASSERT_TRUE(caps) << "/dev/cdrom is usually a link to /dev/srN";
+    EXPECT_EQ(caps->writeFeatures, "CD-R ");
+    EXPECT_EQ(layer.capabilities(dir.file("sr6")), std::nullopt);
 }
 
 TEST(KernelDriveInfo, SpeedsComeInCDOrDVDSteps) {
