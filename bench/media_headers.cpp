@@ -24,25 +24,28 @@ namespace {
 
 constexpr int kFiles = 2000;
 
-bool sh(const std::string &command) { return std::system((command + " >/dev/null 2>&1").c_str()) == 0; }
+bool sh(const std::string &command) {
+    return std::system((command + " >/dev/null 2>&1").c_str()) == 0;
+}
 
 // A few real files of each format, made by the tools, then copied to 2,000.
 std::vector<std::string> makeFiles(const fs::path &dir) {
     const std::string d = "cd '" + dir.string() + "' && ";
-    const std::string tags = "--tt 'A Title' --ta 'An Artist' --tl 'An Album' --ty 2004 --tn 3 --tg Jazz --tc note";
+    const std::string tags =
+        "--tt 'A Title' --ta 'An Artist' --tl 'An Album' --ty 2004 --tn 3 --tg Jazz --tc note";
     const std::string vorbis = "-t 'A Title' -a 'An Artist' -l 'An Album' -d 2004 -N 3 -G Jazz";
     const std::string flacTags = "-T 'TITLE=A Title' -T 'ARTIST=An Artist' -T ALBUM=Album -T TRACKNUMBER=3";
-    const bool ok =
-        sh(d + "sox -n -r 44100 -c 2 -b 16 s.wav synth 1 pinknoise vol 0.5") &&
-        sh(d + "sox -n -r 22050 -c 1 -b 8 m.wav synth 1 sine 440") &&
-        sh(d + "lame --quiet -b 192 --id3v2-latin1 " + tags + " --add-id3v2 s.wav t0.mp3") &&
-        sh(d + "lame --quiet -V 2 --id3v2-latin1 " + tags + " --add-id3v2 s.wav t1.mp3") &&
-        sh(d + "lame --quiet -b 128 " + tags + " --id3v1-only s.wav t2.mp3") &&
-        sh(d + "oggenc -Q " + vorbis + " s.wav -o t0.ogg") && sh(d + "oggenc -Q " + vorbis + " m.wav -o t1.ogg") &&
-        sh(d + "flac -s " + flacTags + " s.wav -o t0.flac") && sh(d + "flac -s m.wav -o t1.flac") &&
-        sh(d + "cp s.wav t0.wav && cp m.wav t1.wav");
+    const bool ok = sh(d + "sox -n -r 44100 -c 2 -b 16 s.wav synth 1 pinknoise vol 0.5") &&
+                    sh(d + "sox -n -r 22050 -c 1 -b 8 m.wav synth 1 sine 440") &&
+                    sh(d + "lame --quiet -b 192 --id3v2-latin1 " + tags + " --add-id3v2 s.wav t0.mp3") &&
+                    sh(d + "lame --quiet -V 2 --id3v2-latin1 " + tags + " --add-id3v2 s.wav t1.mp3") &&
+                    sh(d + "lame --quiet -b 128 " + tags + " --id3v1-only s.wav t2.mp3") &&
+                    sh(d + "oggenc -Q " + vorbis + " s.wav -o t0.ogg") &&
+                    sh(d + "oggenc -Q " + vorbis + " m.wav -o t1.ogg") &&
+                    sh(d + "flac -s " + flacTags + " s.wav -o t0.flac") &&
+                    sh(d + "flac -s m.wav -o t1.flac") && sh(d + "cp s.wav t0.wav && cp m.wav t1.wav");
     if (!ok) return {};
-    const std::vector<std::string> templates{"t0.mp3", "t1.mp3", "t2.mp3", "t0.ogg", "t1.ogg",
+    const std::vector<std::string> templates{"t0.mp3",  "t1.mp3",  "t2.mp3", "t0.ogg", "t1.ogg",
                                              "t0.flac", "t1.flac", "t0.wav", "t1.wav"};
     const std::vector<std::string> exts{"mp3", "ogg", "flac", "wav"};
     std::vector<std::string> files;
@@ -127,7 +130,8 @@ int main(int argc, char **argv) {
     fs::remove_all(dir);
 
     const double b = median(base), m = median(media);
-    std::printf("media_headers: %d files, %d rounds, median of each (checksum %ld)\n", kFiles, rounds, sink % 1000);
+    std::printf("media_headers: %d files, %d rounds, median of each (checksum %ld)\n", kFiles, rounds,
+                sink % 1000);
     std::printf("media_headers: baseline      %9.0f files/s  (%.2f ms a pass)\n", kFiles / b, b * 1000);
     std::printf("media_headers: readMediaInfo %9.0f files/s  (%.2f ms a pass)\n", kFiles / m, m * 1000);
     std::printf("media_headers: readMediaInfo takes %.2fx the baseline's time (goal <= 1.5x)\n", m / b);

@@ -67,7 +67,8 @@ const MediaFile::Block &MediaFile::blockFor(std::int64_t offset) {
     std::int64_t size = head;
     if (offset >= head || offset >= length_ - block) {
         size = block;
-        start = offset >= length_ - block ? std::max<std::int64_t>(0, length_ - block) : offset - offset % block;
+        start =
+            offset >= length_ - block ? std::max<std::int64_t>(0, length_ - block) : offset - offset % block;
     }
     victim.bytes.resize(static_cast<std::size_t>(std::min(size, length_ - start)));
     victim.bytes.resize(preadAll(start, victim.bytes.size(), victim.bytes.data()));
@@ -108,8 +109,8 @@ unsigned char MediaFile::byteAt(std::int64_t position) {
 std::int64_t MediaFile::find(std::string_view pattern, std::int64_t from, std::size_t step) {
     if (pattern.empty() || step < pattern.size()) return 0;
     const std::int64_t overlap = static_cast<std::int64_t>(pattern.size()) - 1;
-    for (std::int64_t pos = std::max<std::int64_t>(from, 1);
-         pos + overlap <= length_; pos += static_cast<std::int64_t>(step) - overlap) {
+    for (std::int64_t pos = std::max<std::int64_t>(from, 1); pos + overlap <= length_;
+         pos += static_cast<std::int64_t>(step) - overlap) {
         const std::int64_t n = std::min<std::int64_t>(static_cast<std::int64_t>(step), length_ - pos + 1);
         const std::string chunk = read(pos, static_cast<std::size_t>(n));
         const std::size_t at = chunk.find(pattern);

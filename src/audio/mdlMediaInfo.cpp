@@ -34,7 +34,9 @@ double numberValue(std::string_view text) {
     return vb::Val(text.substr(0, text.find_first_not_of("0123456789+-.&abcdefhoABCDEFHO \t\r\n")));
 }
 
-std::int32_t toLong(double value) { return vb::CLng(value); }  // rounds half to even
+std::int32_t toLong(double value) {
+    return vb::CLng(value);
+}  // rounds half to even
 
 std::int16_t toInteger(double value) {
     const double r = std::nearbyint(value);
@@ -59,7 +61,8 @@ std::size_t findText(std::string_view text, std::string_view pattern, std::size_
 
 // The byte at a 1-based position of a text; past its end there is none.
 unsigned char byteOf(std::string_view text, std::int64_t position) {
-    if (position < 1 || position > static_cast<std::int64_t>(text.size())) raiseError(err::InvalidProcedureCall);
+    if (position < 1 || position > static_cast<std::int64_t>(text.size()))
+        raiseError(err::InvalidProcedureCall);
     return static_cast<unsigned char>(text[static_cast<std::size_t>(position - 1)]);
 }
 
@@ -141,8 +144,9 @@ void readID3(MediaFile &file, MediaFileInfo &info) {
         // 20917152, not 2097152, is deliberate: tags whose first size byte
         // is 0 (nearly all) come out right and the rest too big, which then
         // ends the reader below with the ID3v1 values.
-        const std::int64_t size = byteOf(sizeBytes, 1) * std::int64_t{20917152} + byteOf(sizeBytes, 2) * 16384 +
-                                  byteOf(sizeBytes, 3) * 128 + byteOf(sizeBytes, 4);
+        const std::int64_t size = byteOf(sizeBytes, 1) * std::int64_t{20917152} +
+                                  byteOf(sizeBytes, 2) * 16384 + byteOf(sizeBytes, 3) * 128 +
+                                  byteOf(sizeBytes, 4);
         if (size > fileLength) return;
         info.DataLength -= static_cast<double>(size);
         const std::string tag = file.read(11, static_cast<std::size_t>(size));
@@ -196,7 +200,8 @@ constexpr std::array<std::array<int, 14>, 3> kMpeg1Bitrates{{
     {32, 48, 56, 64, 80, 96, 112, 128, 160, 192, 224, 256, 320, 384},     // layer II
     {32, 40, 48, 56, 64, 80, 96, 112, 128, 160, 192, 224, 256, 320},      // layer III
 }};
-constexpr std::array<std::string_view, 4> kChannelModes{"stereo", "joint stereo", "dual channel", "single channel"};
+constexpr std::array<std::string_view, 4> kChannelModes{"stereo", "joint stereo", "dual channel",
+                                                        "single channel"};
 
 // The first 0xFF followed by 0xFA to 0xFD (MPEG 1, layer II or III) is taken
 // as the frame header, with no check of what follows. A walk through blocks,
@@ -242,9 +247,10 @@ void readMPEG(MediaFile &file, MediaFileInfo &info) {
         info.Bitrate = divide(divide(info.Frequency * info.DataLength, std::trunc(frames)), 1000) / k;
     } else {
         const std::int32_t index = bitsAt(digits, 17, 4);
-        info.Bitrate = (layer >= 1 && index >= 1 && index <= 14)
-                           ? kMpeg1Bitrates[static_cast<std::size_t>(layer - 1)][static_cast<std::size_t>(index - 1)]
-                           : 0;
+        info.Bitrate =
+            (layer >= 1 && index >= 1 && index <= 14)
+                ? kMpeg1Bitrates[static_cast<std::size_t>(layer - 1)][static_cast<std::size_t>(index - 1)]
+                : 0;
     }
     info.Millisecs = toLong(divide(info.DataLength * 8, info.Bitrate));
     info.Samples = toLong(info.Frequency / 1000.0 * info.Millisecs);
@@ -276,7 +282,8 @@ std::int64_t oggHeaderEnd(MediaFile &file) {
 // length field, found as NUL 0x10 NUL or three NULs and one byte back over
 // its lowest byte, or to the buffer's end.
 // folded is the buffer in lower case, for the case-insensitive search.
-std::optional<std::string> commentValue(std::string_view buffer, std::string_view folded, std::string_view name) {
+std::optional<std::string> commentValue(std::string_view buffer, std::string_view folded,
+                                        std::string_view name) {
     const std::string key = vb::LCase(name) + "=";
     const std::size_t at = folded.find(key);
     if (at == std::string_view::npos) return std::nullopt;
@@ -285,7 +292,8 @@ std::optional<std::string> commentValue(std::string_view buffer, std::string_vie
     // The earlier of the two patterns is the first position that starts either.
     std::size_t end = 0;
     for (std::size_t i = start - 1; i + 2 < buffer.size(); ++i) {
-        if (buffer[i] == '\0' && (buffer[i + 1] == '\x10' || buffer[i + 1] == '\0') && buffer[i + 2] == '\0') {
+        if (buffer[i] == '\0' && (buffer[i + 1] == '\x10' || buffer[i + 1] == '\0') &&
+            buffer[i + 2] == '\0') {
             end = i + 1;
             break;
         }
@@ -335,9 +343,9 @@ void readComments(MediaFile &file, MediaFileInfo &info) {
     const struct {
         std::string_view name;
         std::string MediaFileInfo::*field;
-    } fields[] = {{"TITLE", &MediaFileInfo::Title},   {"ARTIST", &MediaFileInfo::Artist},
-                  {"ALBUM", &MediaFileInfo::Album},   {"COMMENT", &MediaFileInfo::Comments},
-                  {"DATE", &MediaFileInfo::Year},     {"TRACKNUMBER", nullptr},
+    } fields[] = {{"TITLE", &MediaFileInfo::Title}, {"ARTIST", &MediaFileInfo::Artist},
+                  {"ALBUM", &MediaFileInfo::Album}, {"COMMENT", &MediaFileInfo::Comments},
+                  {"DATE", &MediaFileInfo::Year},   {"TRACKNUMBER", nullptr},
                   {"GENRE", &MediaFileInfo::Genre}};
     const std::string folded = vb::LCase(buffer);
     for (const auto &f : fields) {
@@ -425,8 +433,9 @@ std::string extensionName(std::string_view path) {
 }  // namespace
 
 std::string_view channelModeName(int mode) {
-    return mode >= 0 && mode < static_cast<int>(kChannelModes.size()) ? kChannelModes[static_cast<std::size_t>(mode)]
-                                                                        : std::string_view();
+    return mode >= 0 && mode < static_cast<int>(kChannelModes.size())
+               ? kChannelModes[static_cast<std::size_t>(mode)]
+               : std::string_view();
 }
 
 MediaFileInfo readMediaInfo(const std::string &path) {

@@ -13,17 +13,17 @@ struct MediaFileInfo {
     std::int32_t Frequency = 0;  // Hz; 0 when unknown
     std::string FileName;        // the path given; empty when there was no such file
     std::int16_t Channels = 0;
-    double Bitrate = 0;          // kbit/s; twice the average for mono Ogg Vorbis
+    double Bitrate = 0;  // kbit/s; twice the average for mono Ogg Vorbis
     std::string Artist;
     std::string Album;
     std::string Year;
     std::string Comments;
-    std::string Genre;           // a name, after the genre table
+    std::string Genre;  // a name, after the genre table
     std::int16_t TrackNumber = 0;
     std::string Title;
     bool IsVBR = false;
-    std::int32_t Samples = 0;    // per channel
-    double DataLength = 0;       // bytes, the file less the tags that were found
+    std::int32_t Samples = 0;  // per channel
+    double DataLength = 0;     // bytes, the file less the tags that were found
 };
 
 // Reads the headers of the file at path, choosing the readers by extension

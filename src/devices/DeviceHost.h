@@ -48,8 +48,8 @@ struct DeviceLists {
 // The main form as the device procedures see it. Every hook may be left
 // empty where a caller has nothing to offer (a test, a form not yet built).
 struct DeviceHost {
-    RunCommand run;                                            // commandExecute with its commandOutput
-    std::string cdrdao;                                        // path of the tool
+    RunCommand run;             // commandExecute with its commandOutput
+    std::string cdrdao;         // path of the tool
     std::string mediaInfoTool;  // dvd+rw-mediainfo, where the platform asks it which DVD is in a drive
     const platform::DriveLayer *layer = nullptr;               // null: the platform's own
     platform::Dialogs *dialogs = nullptr;                      // MsgBoxOverMe

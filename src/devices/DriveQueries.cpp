@@ -49,7 +49,8 @@ void updateKernelDriveInfo(DeviceState &state, const DeviceHost &host, DeviceInf
     const std::string address = deviceID(state, device);
     const ToolRun run = host.execute(" drive-info --device " + layer.cdrdaoDevice(address, false, false) +
                                      " --driver " + device.Driver);
-    const platform::DriveCapabilities caps = layer.capabilities(address).value_or(guessedCapabilities(run.output));
+    const platform::DriveCapabilities caps =
+        layer.capabilities(address).value_or(guessedCapabilities(run.output));
     const std::string media = queryMedium(host, device, address, caps);
     state.driveRetries = 0;
     if ((media == "n/a" || media.empty()) && skipNoMedia) return;

@@ -90,7 +90,8 @@ std::string queryMedium(const DeviceHost &host, const DeviceInfo &device, const 
         if (!dvd.empty()) return dvd;
     }
     const std::string driver = device.Driver.empty() ? std::string() : " --driver " + device.Driver;
-    return cdMediumType(host.execute(" disk-info --device " + layer.cdrdaoDevice(address, false, false) + driver).output);
+    return cdMediumType(
+        host.execute(" disk-info --device " + layer.cdrdaoDevice(address, false, false) + driver).output);
 }
 
 }  // namespace saltmarrow

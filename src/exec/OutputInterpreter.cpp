@@ -258,7 +258,8 @@ bool OutputInterpreter::recieveWrite(const std::string &line) {
         const std::size_t buffers = InStr(mb, line, "(Buffers ", Compare::Text);
         const std::size_t percent = buffers != 0 ? InStr(buffers, line, "%") : InStr(mb, line, "%)");
         const bool hasBuffer = percent != 0;
-        const long buffer = hasBuffer ? numberBetween(line, buffers != 0 ? buffers + 9 : mb + 12, percent) : 0;
+        const long buffer =
+            hasBuffer ? numberBetween(line, buffers != 0 ? buffers + 9 : mb + 12, percent) : 0;
         if (!due(state_.lastWriteUpdate, written == 1 || written == total)) return hide;
         if (written > 2) {
             // Value before Max, as the display has always been driven.

@@ -40,14 +40,10 @@ struct KernelFeature {
     std::string_view word;
 };
 constexpr KernelFeature kKernelFeatures[] = {
-    {"Can write CD-R", Side::Writes, "CD-R"},
-    {"Can write CD-RW", Side::Writes, "CD-RW"},
-    {"Can read DVD", Side::Reads, "DVD-ROM"},
-    {"Can write DVD-R", Side::Writes, "DVD-R"},
-    {"Can write DVD-RAM", Side::Reads, "DVD-RAM"},
-    {"Can write DVD-RAM", Side::Writes, "DVD-RAM"},
-    {"Can read MRW", Side::Reads, "MRW-READ"},
-    {"Can write MRW", Side::Writes, "MRW-WRITE"},
+    {"Can write CD-R", Side::Writes, "CD-R"},      {"Can write CD-RW", Side::Writes, "CD-RW"},
+    {"Can read DVD", Side::Reads, "DVD-ROM"},      {"Can write DVD-R", Side::Writes, "DVD-R"},
+    {"Can write DVD-RAM", Side::Reads, "DVD-RAM"}, {"Can write DVD-RAM", Side::Writes, "DVD-RAM"},
+    {"Can read MRW", Side::Reads, "MRW-READ"},     {"Can write MRW", Side::Writes, "MRW-WRITE"},
 };
 // Every drive the kernel lists reads CDs.
 constexpr std::string_view kCDReads = "CD-R CD-RW CD-ROM ";
@@ -119,7 +115,8 @@ std::vector<std::string> LinuxDriveLayer::deviceLines(std::string_view scanOutpu
 
 std::optional<std::string_view> LinuxDriveLayer::scanProblem(std::string_view scanOutput) const {
     for (const ScanProblem &row : kScanProblems) {
-        const bool hit = row.phrase.empty() ? scanOutput.empty() : InStr(scanOutput, row.phrase, Compare::Text) != 0;
+        const bool hit =
+            row.phrase.empty() ? scanOutput.empty() : InStr(scanOutput, row.phrase, Compare::Text) != 0;
         if (hit) return row.key;
     }
     if (deviceLines(scanOutput).empty()) return "msgNoDevicesFound";
@@ -141,9 +138,11 @@ ScannedDrive LinuxDriveLayer::parseScanLine(std::string_view line) const {
     const std::size_t firstComma = rest.find(", ");
     const std::size_t lastComma = rest.rfind(", ");
     std::string vendor = Trim(rest.substr(0, firstComma));
-    std::string model = firstComma == lastComma ? std::string()
-                                                 : Trim(rest.substr(firstComma + 2, lastComma - firstComma - 2));
-    drive.firmware = Trim(lastComma == std::string_view::npos ? std::string_view() : rest.substr(lastComma + 2));
+    std::string model = firstComma == lastComma
+                            ? std::string()
+                            : Trim(rest.substr(firstComma + 2, lastComma - firstComma - 2));
+    drive.firmware =
+        Trim(lastComma == std::string_view::npos ? std::string_view() : rest.substr(lastComma + 2));
     drive.deviceName = vendor + ", " + model;
     drive.fullName = drive.address + ": " + drive.deviceName;
     return drive;

@@ -29,14 +29,14 @@
 #include <map>
 
 #include "devices/Discovery.h"
+#include "devices/DriveQueries.h"
 #include "devices/frmDeviceInfo.h"
-#include "discops/frmEraseCD.h"
 #include "discops/ImageDelete.h"
 #include "discops/ImageLoad.h"
 #include "discops/ImageSize.h"
 #include "discops/SheetCheck.h"
 #include "discops/SheetFile.h"
-#include "devices/DriveQueries.h"
+#include "discops/frmEraseCD.h"
 #include "exec/LogDocking.h"
 #include "exec/frmLog.h"
 #include "platform/Dialogs.h"
@@ -61,7 +61,9 @@ namespace {
 constexpr int kTwipsPerPixel = 15;
 const char *const kModule = "frmMain";
 
-QString q(const std::string &s) { return QString::fromStdString(s); }
+QString q(const std::string &s) {
+    return QString::fromStdString(s);
+}
 
 // The main form as the output interpreter sees it.
 class MainInterpreterView : public InterpreterView {
@@ -106,9 +108,13 @@ private:
     platform::Sounds &sounds_;
 };
 
-double secondsSinceMidnight() { return QTime::currentTime().msecsSinceStartOfDay() / 1000.0; }
+double secondsSinceMidnight() {
+    return QTime::currentTime().msecsSinceStartOfDay() / 1000.0;
+}
 
-int checkValue(const QCheckBox *box) { return box->isChecked() ? 1 : 0; }
+int checkValue(const QCheckBox *box) {
+    return box->isChecked() ? 1 : 0;
+}
 
 }  // namespace
 
@@ -130,13 +136,13 @@ frmMain::frmMain(ShellEnvironment env) : env_(std::move(env)) {
     runner.objDOS.ReceiveOutputs = [this](const std::string &line) { objDOS_ReceiveOutputs(line); };
     runner.objDOS.nullOutputs = [this] { objDOS_nullOutputs(); };
     runner.objDOS.pump = [] { QCoreApplication::processEvents(QEventLoop::AllEvents); };
-    eraseForm_ = new frmEraseCD(eraseCancelled_, [this](const std::string &mode) {
-        run("discErase", [&] { discErase(mode); });
-    }, this);
+    eraseForm_ = new frmEraseCD(
+        eraseCancelled_, [this](const std::string &mode) { run("discErase", [&] { discErase(mode); }); },
+        this);
     offerErase = [this] { return eraseForm_->offerErase(); };
     interpreterView_ = std::make_unique<MainInterpreterView>(*this, *env_.sounds);
-    interpreter = std::make_unique<OutputInterpreter>(*interpreterView_, interpreterState, secondsSinceMidnight,
-                                                      paths.cygwinRoot);
+    interpreter = std::make_unique<OutputInterpreter>(*interpreterView_, interpreterState,
+                                                      secondsSinceMidnight, paths.cygwinRoot);
 }
 
 frmMain::~frmMain() = default;
@@ -389,26 +395,35 @@ void frmMain::connectHandlers() {
     });
     on(ChkWriteDriverRaw, "ChkWriteDriverRaw_Click",
        [this] { sbPanel[3]->setText(ChkWriteDriverRaw->isChecked() ? QStringLiteral("RAW") : QString()); });
-    connect(cmbSpeed, &QComboBox::currentTextChanged, this, [this](const QString &t) { sbPanel[2]->setText(t); });
-    connect(cmbWriterDevice, &QComboBox::activated, this, [this] { run("cmbWriterDevice_Click", [this] { cmbWriterDevice_Click(); }); });
-    connect(cmbReaderDevice, &QComboBox::activated, this, [this] { run("cmbReaderDevice_Click", [this] { cmbReaderDevice_Click(); }); });
+    connect(cmbSpeed, &QComboBox::currentTextChanged, this,
+            [this](const QString &t) { sbPanel[2]->setText(t); });
+    connect(cmbWriterDevice, &QComboBox::activated, this,
+            [this] { run("cmbWriterDevice_Click", [this] { cmbWriterDevice_Click(); }); });
+    connect(cmbReaderDevice, &QComboBox::activated, this,
+            [this] { run("cmbReaderDevice_Click", [this] { cmbReaderDevice_Click(); }); });
     on(chkUseSPTI, "chkUseSPTI_Click", [this] { chkUseSPTI_Click(); });
     // Every change of a panel is kept in its drive's option fields at once.
     for (QCheckBox *box : {ChkWriteDriverRaw, chkWriteCDText, chkBurnProof, chkEject, chkForce, chkOverburn,
                            chkMultiSession, chkSimulate})
         on(box, "writeOptions_Click", [this] { writeOptions_Click(); });
     for (QComboBox *box : {cmbSpeed, cmbBuffers})
-        connect(box, &QComboBox::activated, this, [this] { run("writeOptions_Click", [this] { writeOptions_Click(); }); });
+        connect(box, &QComboBox::activated, this,
+                [this] { run("writeOptions_Click", [this] { writeOptions_Click(); }); });
     for (QCheckBox *box : {chkReadRaw, chkReadCDText, chkSwapAudio, chkSimpleTOC})
         on(box, "readOptions_Click", [this] { readOptions_Click(); });
     for (QComboBox *box : {cmbParanoia, cmbSubs})
-        connect(box, &QComboBox::activated, this, [this] { run("readOptions_Click", [this] { readOptions_Click(); }); });
+        connect(box, &QComboBox::activated, this,
+                [this] { run("readOptions_Click", [this] { readOptions_Click(); }); });
     connect(txtStatus, &QLineEdit::textChanged, this, [this] { updateCaptionProgress(); });
 }
 
-std::string frmMain::msg(const std::string &key) const { return messages.text(key); }
+std::string frmMain::msg(const std::string &key) const {
+    return messages.text(key);
+}
 
-void frmMain::setStatus(const std::string &text) { txtStatus->setText(q(text)); }
+void frmMain::setStatus(const std::string &text) {
+    txtStatus->setText(q(text));
+}
 
 int frmMain::MsgBoxOverMe(const std::string &text, int style, const std::string &title) {
     return env_.dialogs->MsgBoxOverMe(text, style, title.empty() ? "saltmarrow" : title);
@@ -510,12 +525,15 @@ bool frmMain::Form_Load() {
     // interface the scan settled) goes in before the file is read.
     encoderTable = defaultEncoderTable();
     settingsFromControls(this, settings);
-    run("loadSettings", [&] { loadSettings(ini, settings, encoderTable, {&deviceState.devices, lists.reader}); });
+    run("loadSettings", [&] {
+        loadSettings(ini, settings, encoderTable, {&deviceState.devices, lists.reader});
+    });
     // Whatever the read reached stands, a malformed line or not.
     controlsFromSettings(this, settings);
     applyLegacySettings(this, settings);
     deviceState.chkUseSPTI = chkUseSPTI->isChecked() ? 1 : 0;
-    if (auto i = entryOfDevice(deviceState.devices, settings.text("ReaderDevice"), lists.reader, chkUseSPTI->isChecked()))
+    if (auto i = entryOfDevice(deviceState.devices, settings.text("ReaderDevice"), lists.reader,
+                               chkUseSPTI->isChecked()))
         lists.readerIndex = static_cast<int>(*i);
     if (!settings.text("CommandLog Font").empty() || settings.real("CommandLog Size") > 0)
         log->setLogFont(q(settings.text("CommandLog Font")), settings.real("CommandLog Size"));
@@ -523,7 +541,8 @@ bool frmMain::Form_Load() {
     // Drivers and drive queries, then the writers among the drives.
     {
         DeviceHost host = deviceHost();
-        run("getDrivers", [&] { startupConfigureDevices(deviceState, host, lists, settings.text("WriterDevice")); });
+        run("getDrivers",
+            [&] { startupConfigureDevices(deviceState, host, lists, settings.text("WriterDevice")); });
     }
     applyDeviceLists(lists);
     for (const auto &line : toolReportLines(paths, messages)) runner.log.writeLine(line);
@@ -559,10 +578,7 @@ bool frmMain::Form_Load() {
 
     // A disc put in or taken out refreshes the drive status by itself.
     new platform::MediumWatcher(
-        [this](bool removed) {
-            run("WindowProc", [&] { updateMediaInfo(true, removed, false); });
-        },
-        this);
+        [this](bool removed) { run("WindowProc", [&] { updateMediaInfo(true, removed, false); }); }, this);
 
     formLoaded = true;
     run("cmbWriterDevice_Click", [this] { cmbWriterDevice_Click(); });
@@ -627,7 +643,8 @@ void frmMain::parseCommand() {
     setStatus(r.txtStatus);
     if (r.startWrite) cmdWrite_Click();
     // Before the form is up the write waits for its first showing.
-    else if (!formLoaded && r.loaded && vb::Left(vb::Trim(commandLine), 3) == "-w ") autoWritePending = true;
+    else if (!formLoaded && r.loaded && vb::Left(vb::Trim(commandLine), 3) == "-w ")
+        autoWritePending = true;
 }
 
 void frmMain::enableControls(std::optional<bool> enable, bool cancellable) {
@@ -683,7 +700,9 @@ void frmMain::setHeightTwips(int twips) {
     setFixedHeight(std::max(twips / kTwipsPerPixel - decoration, 1));
 }
 
-bool frmMain::commandExecute(const std::string &command) { return runner.commandExecute(command); }
+bool frmMain::commandExecute(const std::string &command) {
+    return runner.commandExecute(command);
+}
 
 void frmMain::objDOS_ReceiveOutputs(const std::string &line) {
     // Whatever a line does wrong is reported here: it must not end the read
@@ -821,8 +840,10 @@ void frmMain::cmdWrite_Click() {
     autoHideSettings();
 
     const auto dispatch = [this](const std::function<void()> &job) {
-        if (job) job();
-        else setStatus(msg("msgWriteCancelled"));  // that form is not part of this build
+        if (job)
+            job();
+        else
+            setStatus(msg("msgWriteCancelled"));  // that form is not part of this build
     };
     if (currentMode == "COPY CD") return dispatch(copyDisc);
     if (currentMode == "DATA CD" || currentMode == "DATA DVD") return dispatch(writeDataCD);
@@ -848,8 +869,8 @@ void frmMain::cmdWrite_Click() {
         return;
     }
     if (vb::UCase(vb::Right(slot.strFilename, 3)) == "TOC")
-        slot.imageBytes = static_cast<double>(
-            discops::imageSize(slot.strFilename, slot.imageBlockSize, ctx, discops::currentFolder(slot, ctx)));
+        slot.imageBytes = static_cast<double>(discops::imageSize(slot.strFilename, slot.imageBlockSize, ctx,
+                                                                 discops::currentFolder(slot, ctx)));
     updateMediaInfo(false, false, false);
 
     if (mnuConfirmWrite->isChecked()) {
@@ -867,7 +888,8 @@ void frmMain::cmdWrite_Click() {
     bool useRaw = true;
     slot.writeCommand = vb::quoteString(paths.strCdrdao) + " write" +
                         writeDevice(panel, fragments, writer, useRaw, true, true, platform::driveLayer()) +
-                        WriteOptions(panel, fragments) + vb::quoteString(vb::Replace(slot.strFilename, "\\", "/"));
+                        WriteOptions(panel, fragments) +
+                        vb::quoteString(vb::Replace(slot.strFilename, "\\", "/"));
     std::error_code ec;
     std::filesystem::remove(mkisofsToc, ec);
     discops::writeSheet(commandFile, "@ECHO OFF\r\n" + slot.writeCommand + "\r\n");
@@ -893,11 +915,17 @@ void frmMain::placeLog() {
     }
 }
 
-void frmMain::mnuLog_Click() { placeLog(); }
+void frmMain::mnuLog_Click() {
+    placeLog();
+}
 
-void frmMain::mnuDeviceSettings_Click() { showSettings(mnuDeviceSettings->isChecked()); }
+void frmMain::mnuDeviceSettings_Click() {
+    showSettings(mnuDeviceSettings->isChecked());
+}
 
-void frmMain::mnuOnTop_Click() { applyOnTop(); }
+void frmMain::mnuOnTop_Click() {
+    applyOnTop();
+}
 
 void frmMain::applyOnTop() {
     const bool top = mnuOnTop->isChecked();
@@ -910,7 +938,9 @@ void frmMain::applyOnTop() {
     }
 }
 
-void frmMain::mnuMouseOver_Click() { enableTooltips(this, mnuMouseOver->isChecked(), messages); }
+void frmMain::mnuMouseOver_Click() {
+    enableTooltips(this, mnuMouseOver->isChecked(), messages);
+}
 
 void frmMain::mnuExternal_Click() {
     MsgBoxOverMe(externalToolsList(paths, messages), platform::mb::Information);
@@ -932,8 +962,10 @@ void frmMain::saveSettings() {
     settingsFromControls(this, settings);
     const bool spti = chkUseSPTI->isChecked();
     const DeviceTable &devices = deviceState.devices;
-    settings.setText("WriterDevice", deviceNumberOfEntry(devices, cmbWriterDevice->currentText().toStdString(), spti));
-    settings.setText("ReaderDevice", deviceNumberOfEntry(devices, cmbReaderDevice->currentText().toStdString(), spti));
+    settings.setText("WriterDevice",
+                     deviceNumberOfEntry(devices, cmbWriterDevice->currentText().toStdString(), spti));
+    settings.setText("ReaderDevice",
+                     deviceNumberOfEntry(devices, cmbReaderDevice->currentText().toStdString(), spti));
     settings.setText("Version", Version);
     saltmarrow::saveSettings(settingsPath(appDir), formLoaded, settings, devices, encoderTable);
 }
@@ -1012,7 +1044,8 @@ void frmMain::changeEvent(QEvent *event) {
 bool frmMain::queryUnload() {
     const std::string temp = settings.text("TempFolder");
     if (!temp.empty() && QFileInfo(q(temp)).isDir()) {
-        int answer = MsgBoxOverMe(msg("msgDeleteTemp") + temp + "?", platform::mb::YesNoCancel | platform::mb::Question);
+        int answer = MsgBoxOverMe(msg("msgDeleteTemp") + temp + "?",
+                                  platform::mb::YesNoCancel | platform::mb::Question);
         if (answer == platform::mb::Cancel) return false;
         if (answer == platform::mb::Yes) {
             std::error_code ec;
@@ -1100,7 +1133,8 @@ WritePanel frmMain::writePanel() const {
     WritePanel p;
     p.cmbWriterDeviceIndex = cmbWriterDevice->currentIndex();
     p.cmbWriterDevice = cmbWriterDevice->currentText().toStdString();
-    for (int i = 0; i < cmbSpeed->count(); ++i) p.cmbSpeedItems.push_back(cmbSpeed->itemText(i).toStdString());
+    for (int i = 0; i < cmbSpeed->count(); ++i)
+        p.cmbSpeedItems.push_back(cmbSpeed->itemText(i).toStdString());
     p.cmbSpeedIndex = cmbSpeed->currentIndex();
     p.cmbSpeed = cmbSpeed->currentText().toStdString();
     p.cmbBuffersIndex = cmbBuffers->currentIndex();
@@ -1123,10 +1157,13 @@ void frmMain::applyWritePanel(const WritePanel &p) {
     QSignalBlocker speedBlock(cmbSpeed);
     cmbSpeed->clear();
     for (const auto &item : p.cmbSpeedItems) cmbSpeed->addItem(q(item));
-    if (p.cmbSpeedIndex >= 0 && p.cmbSpeedIndex < cmbSpeed->count()) cmbSpeed->setCurrentIndex(p.cmbSpeedIndex);
-    else if (!p.cmbSpeed.empty()) cmbSpeed->setEditText(q(p.cmbSpeed));
+    if (p.cmbSpeedIndex >= 0 && p.cmbSpeedIndex < cmbSpeed->count())
+        cmbSpeed->setCurrentIndex(p.cmbSpeedIndex);
+    else if (!p.cmbSpeed.empty())
+        cmbSpeed->setEditText(q(p.cmbSpeed));
     sbPanel[2]->setText(cmbSpeed->currentText());
-    if (p.cmbBuffersIndex >= 0 && p.cmbBuffersIndex < cmbBuffers->count()) cmbBuffers->setCurrentIndex(p.cmbBuffersIndex);
+    if (p.cmbBuffersIndex >= 0 && p.cmbBuffersIndex < cmbBuffers->count())
+        cmbBuffers->setCurrentIndex(p.cmbBuffersIndex);
     ChkWriteDriverRaw->setChecked(p.ChkWriteDriverRaw == 1);
     chkWriteCDText->setChecked(p.chkWriteCDText == 1);
     chkBurnProof->setChecked(p.chkBurnProof == 1);
@@ -1162,9 +1199,11 @@ FragmentSettings frmMain::fragmentSettings() const {
 
 DeviceLists frmMain::deviceLists() const {
     DeviceLists lists;
-    for (int i = 0; i < cmbReaderDevice->count(); ++i) lists.reader.push_back(cmbReaderDevice->itemText(i).toStdString());
+    for (int i = 0; i < cmbReaderDevice->count(); ++i)
+        lists.reader.push_back(cmbReaderDevice->itemText(i).toStdString());
     lists.readerIndex = cmbReaderDevice->currentIndex();
-    for (int i = 0; i < cmbWriterDevice->count(); ++i) lists.writer.push_back(cmbWriterDevice->itemText(i).toStdString());
+    for (int i = 0; i < cmbWriterDevice->count(); ++i)
+        lists.writer.push_back(cmbWriterDevice->itemText(i).toStdString());
     lists.writerIndex = cmbWriterDevice->currentIndex();
     return lists;
 }
@@ -1186,7 +1225,8 @@ void frmMain::cmbWriterDevice_Click() {
     WritePanel panel = writePanel();
     std::string statusPanel2 = sbPanel[1]->text().toStdString();
     deviceState.chkUseSPTI = checkValue(chkUseSPTI);
-    saltmarrow::cmbWriterDevice_Click(deviceState, panel, optionsMemory, platform::driveLayer(), statusPanel2);
+    saltmarrow::cmbWriterDevice_Click(deviceState, panel, optionsMemory, platform::driveLayer(),
+                                      statusPanel2);
     applyWritePanel(panel);
     sbPanel[1]->setText(q(statusPanel2));
 }
@@ -1222,7 +1262,8 @@ void frmMain::writeOptions_Click() {
     WritePanel panel = writePanel();
     const short index = getDeviceIndex(deviceState, panel.cmbWriterDevice, platform::driveLayer());
     if (index < 0 || static_cast<std::size_t>(index) >= deviceState.devices.Count()) return;
-    combineWriteOptions(false, panel, &deviceState.devices.item(static_cast<std::size_t>(index)), optionsMemory);
+    combineWriteOptions(false, panel, &deviceState.devices.item(static_cast<std::size_t>(index)),
+                        optionsMemory);
 }
 
 void frmMain::readOptions_Click() {
@@ -1230,7 +1271,8 @@ void frmMain::readOptions_Click() {
     ReadPanel panel = readPanel();
     const short index = getDeviceIndex(deviceState, panel.cmbReaderDevice, platform::driveLayer());
     if (index < 0 || static_cast<std::size_t>(index) >= deviceState.devices.Count()) return;
-    combineReadOptions(false, panel, &deviceState.devices.item(static_cast<std::size_t>(index)), optionsMemory);
+    combineReadOptions(false, panel, &deviceState.devices.item(static_cast<std::size_t>(index)),
+                       optionsMemory);
 }
 
 void frmMain::updateMediaInfo(bool autoRefresh, bool refreshList, bool showInfo) {
@@ -1238,8 +1280,8 @@ void frmMain::updateMediaInfo(bool autoRefresh, bool refreshList, bool showInfo)
     WritePanel panel = writePanel();
     std::string statusPanel2 = sbPanel[1]->text().toStdString();
     DeviceHost host = deviceHost();
-    saltmarrow::updateMediaInfo(deviceState, host, panel, optionsMemory, statusPanel2, autoRefresh, refreshList,
-                                showInfo);
+    saltmarrow::updateMediaInfo(deviceState, host, panel, optionsMemory, statusPanel2, autoRefresh,
+                                refreshList, showInfo);
     applyWritePanel(panel);
     sbPanel[1]->setText(q(statusPanel2));
 }
@@ -1317,15 +1359,18 @@ void frmMain::discErase(const std::string &mode) {
     std::string command;
     if (dvd) {
         ChangeCurrentMode("WRITE DVD");
-        command = vb::quoteString(paths.strdvdrecord) + " blank=" + (mode == "minimal" ? "minimal " : "all ") +
-                  "dev=" + layer.dvdDevice(layer.addressOf(cmbWriterDevice->currentText().toStdString()), spti, false) +
-                  " gracetime=0";
+        command =
+            vb::quoteString(paths.strdvdrecord) + " blank=" + (mode == "minimal" ? "minimal " : "all ") +
+            "dev=" +
+            layer.dvdDevice(layer.addressOf(cmbWriterDevice->currentText().toStdString()), spti, false) +
+            " gracetime=0";
     } else {
         WritePanel panel = writePanel();
         FragmentSettings fragments = fragmentSettings();
         bool useRaw = true;
         command = vb::quoteString(paths.strCdrdao) + " blank" +
-                  writeDevice(panel, fragments, writer, useRaw, true, true, layer) + " --reload --blank-mode " + mode;
+                  writeDevice(panel, fragments, writer, useRaw, true, true, layer) +
+                  " --reload --blank-mode " + mode;
     }
     if (cSysTray1) cSysTray1->setToolTip(q(msg("logBlankingDisc")));
     writeFrame(command);

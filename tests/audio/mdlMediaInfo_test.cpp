@@ -1,15 +1,15 @@
 // Header readers against hand-made files: the cases no encoder writes.
+#include "audio/mdlMediaInfo.h"
+
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <vector>
-
 #include <cmath>
 #include <string>
+#include <vector>
 
 #include "audio/BitString.h"
 #include "audio/GenreTable.h"
-#include "audio/mdlMediaInfo.h"
 #include "support/RuntimeError.h"
 #include "testlib/TestSupport.h"
 
@@ -30,9 +30,15 @@ std::string padded(std::string text, std::size_t width, char fill = '\0') {
     return text;
 }
 
-std::string le32(std::uint32_t v) { return bytes({int(v & 0xFF), int(v >> 8 & 0xFF), int(v >> 16 & 0xFF), int(v >> 24)}); }
-std::string le16(std::uint16_t v) { return bytes({v & 0xFF, v >> 8}); }
-std::string be24(std::uint32_t v) { return bytes({int(v >> 16 & 0xFF), int(v >> 8 & 0xFF), int(v & 0xFF)}); }
+std::string le32(std::uint32_t v) {
+    return bytes({int(v & 0xFF), int(v >> 8 & 0xFF), int(v >> 16 & 0xFF), int(v >> 24)});
+}
+std::string le16(std::uint16_t v) {
+    return bytes({v & 0xFF, v >> 8});
+}
+std::string be24(std::uint32_t v) {
+    return bytes({int(v >> 16 & 0xFF), int(v >> 8 & 0xFF), int(v & 0xFF)});
+}
 
 std::string id3v1(const std::string &title, const std::string &artist, const std::string &album,
                   const std::string &year, const std::string &comment, int genre) {
@@ -56,8 +62,9 @@ std::string frame2(const std::string &name, const std::string &text) {
 // the small tags here).
 std::string id3v2(int version, const std::string &frames) {
     const std::size_t n = frames.size();
-    return "ID3" + bytes({version, 0, 0, int(n >> 21 & 0x7F), int(n >> 14 & 0x7F), int(n >> 7 & 0x7F),
-                          int(n & 0x7F)}) +
+    return "ID3" +
+           bytes(
+               {version, 0, 0, int(n >> 21 & 0x7F), int(n >> 14 & 0x7F), int(n >> 7 & 0x7F), int(n & 0x7F)}) +
            frames;
 }
 
@@ -70,8 +77,9 @@ std::string mpegStream(const std::string &header = kFrame128, std::size_t length
 }
 
 std::string xingFrame(std::uint32_t frames, std::size_t xingOffset = 36) {
-    std::string f = padded(kFrame128, xingOffset) + "Xing" + bytes({0, 0, 0, 0x0F}) +
-                    bytes({int(frames >> 24), int(frames >> 16 & 0xFF), int(frames >> 8 & 0xFF), int(frames & 0xFF)});
+    std::string f =
+        padded(kFrame128, xingOffset) + "Xing" + bytes({0, 0, 0, 0x0F}) +
+        bytes({int(frames >> 24), int(frames >> 16 & 0xFF), int(frames >> 8 & 0xFF), int(frames & 0xFF)});
     return padded(f, 417);
 }
 
@@ -112,8 +120,8 @@ TEST_F(MediaInfoFiles, MissingFilesFoldersAndUnknownExtensions) {
 }
 
 TEST_F(MediaInfoFiles, ID3v1FieldsFromTheTail) {
-    const std::string tail = id3v1(padded("Blank padded", 30, ' '), "Artist\0\0", "Blanks before NULs  ", "1987",
-                                   "Hello, World! 42: a-b.c", 17);
+    const std::string tail = id3v1(padded("Blank padded", 30, ' '), "Artist\0\0", "Blanks before NULs  ",
+                                   "1987", "Hello, World! 42: a-b.c", 17);
     const std::string content = mpegStream() + tail;
     const MediaFileInfo info = readMediaInfo(make("v1.mp3", content));
     EXPECT_EQ(info.Title, "Blank padded");
@@ -136,7 +144,8 @@ TEST_F(MediaInfoFiles, GenreNumbersThroughTheTable) {
         const char *genre;
     } cases[] = {{0, "Blues"}, {51, "Techno-Indistrial"}, {125, "Dance Hall"}, {126, ""}, {255, ""}};
     for (const auto &c : cases) {
-        const MediaFileInfo info = readMediaInfo(make("g.mp3", mpegStream() + id3v1("", "", "", "", "", c.byte)));
+        const MediaFileInfo info =
+            readMediaInfo(make("g.mp3", mpegStream() + id3v1("", "", "", "", "", c.byte)));
         EXPECT_EQ(info.Genre, c.genre) << "genre byte " << c.byte;
     }
 }
@@ -157,8 +166,9 @@ TEST_F(MediaInfoFiles, ShortFilesAreLeftAlone) {
 }
 
 TEST_F(MediaInfoFiles, ID3v2FramesWinOverID3v1) {
-    const std::string frames = frame3("TIT2", "New Title") + frame3("TPE1", "New Artist") + frame3("TALB", "") +
-                               frame3("TYER", "2024") + frame3("TCON", "(17)Rock") + frame3("TRCK", "5/12");
+    const std::string frames = frame3("TIT2", "New Title") + frame3("TPE1", "New Artist") +
+                               frame3("TALB", "") + frame3("TYER", "2024") + frame3("TCON", "(17)Rock") +
+                               frame3("TRCK", "5/12");
     const std::string tag = id3v2(3, frames);
     const std::string tail = id3v1("Old Title", "Old Artist", "Old Album", "1999", "note", 9);
     const std::string content = tag + mpegStream() + tail;
@@ -183,7 +193,7 @@ TEST_F(MediaInfoFiles, GenreTextsOfID3v2) {
     } cases[] = {
         {"(17)Rock", 255, "Rock"},
         {"(9)Anything", 255, "Anything"},  // the text after ")", not the number
-        {"(17)", 9, "Metal"},               // nothing after ")": the ID3v1 genre, through the table
+        {"(17)", 9, "Metal"},              // nothing after ")": the ID3v1 genre, through the table
         {"(17)", 255, ""},
         {"13", 255, "Pop"},
         {"Synthwave", 0, "Synthwave"},
@@ -248,15 +258,16 @@ TEST_F(MediaInfoFiles, CompressedAndEncryptedFramesAreSkipped) {
         const char *title;
     } cases[] = {{0x80, "v1"}, {0x40, "v1"}, {0xC0, "v1"}, {0x20, "Grouped"}, {0x00, "Grouped"}};
     for (const auto &c : cases) {
-        const std::string content = id3v2(3, frame3("TIT2", "Grouped", c.flags)) + mpegStream() +
-                                    id3v1("v1", "", "", "", "", 0);
+        const std::string content =
+            id3v2(3, frame3("TIT2", "Grouped", c.flags)) + mpegStream() + id3v1("v1", "", "", "", "", 0);
         EXPECT_EQ(readMediaInfo(make("flags.mp3", content)).Title, c.title) << "flags " << c.flags;
     }
 }
 
 TEST_F(MediaInfoFiles, VersionTwoTags) {
-    const std::string frames = frame2("TT2", "Old Style") + frame2("TOA", "Someone") + frame2("TAL", "Record") +
-                               frame2("TYE", "1980") + frame2("TCO", "(8)") + frame2("TRK", "4");
+    const std::string frames = frame2("TT2", "Old Style") + frame2("TOA", "Someone") +
+                               frame2("TAL", "Record") + frame2("TYE", "1980") + frame2("TCO", "(8)") +
+                               frame2("TRK", "4");
     const std::string content = id3v2(2, frames) + mpegStream() + id3v1("", "", "", "", "", 8);
     const MediaFileInfo info = readMediaInfo(make("v22.mp3", content));
     EXPECT_EQ(info.Title, "Old Style");
@@ -281,8 +292,8 @@ TEST_F(MediaInfoFiles, BrokenFramesKeepWhatWasRead) {
     // reader is not reached, the ID3v1 values stay.
     std::string frame = frame3("TIT2", "x");
     frame[7] = 0;
-    const std::string content = id3v2(3, frame3("TPE1", "Artist") + frame) + mpegStream() +
-                                id3v1("v1", "", "", "", "", 17);
+    const std::string content =
+        id3v2(3, frame3("TPE1", "Artist") + frame) + mpegStream() + id3v1("v1", "", "", "", "", 17);
     const MediaFileInfo info = readMediaInfo(make("zero.mp3", content));
     EXPECT_EQ(info.Title, "v1");
     EXPECT_EQ(info.Artist, "");
@@ -293,7 +304,8 @@ TEST_F(MediaInfoFiles, BrokenFramesKeepWhatWasRead) {
     EXPECT_EQ(cut.Title, "");
     EXPECT_EQ(cut.Frequency, 44100);
 
-    const MediaFileInfo huge = readMediaInfo(make("track.mp3", id3v2(3, frame3("TRCK", "99999")) + mpegStream()));
+    const MediaFileInfo huge =
+        readMediaInfo(make("track.mp3", id3v2(3, frame3("TRCK", "99999")) + mpegStream()));
     EXPECT_EQ(huge.TrackNumber, 0);
     EXPECT_EQ(huge.Frequency, 44100);
 }
@@ -367,14 +379,16 @@ TEST_F(MediaInfoFiles, HeaderFields) {
 TEST_F(MediaInfoFiles, UnusableHeadersLeaveTheDurationOut) {
     const std::string tail = id3v1("", "", "", "", "", 0);
     // Sample rate index 3 is reserved: no frequency and nothing after it.
-    const MediaFileInfo reserved = readMediaInfo(make("r.mp3", mpegStream(bytes({0xFF, 0xFB, 0x9C, 0xC0})) + tail));
+    const MediaFileInfo reserved =
+        readMediaInfo(make("r.mp3", mpegStream(bytes({0xFF, 0xFB, 0x9C, 0xC0})) + tail));
     EXPECT_EQ(reserved.Frequency, 0);
     EXPECT_EQ(reserved.Channels, 1);
     EXPECT_EQ(reserved.Bitrate, 0);
     // Free format (index 0) and the forbidden index 15 give no bit rate, so
     // no duration.
     for (int b2 : {0x00, 0xF0}) {
-        const MediaFileInfo info = readMediaInfo(make("f.mp3", mpegStream(bytes({0xFF, 0xFB, b2, 0x00})) + tail));
+        const MediaFileInfo info =
+            readMediaInfo(make("f.mp3", mpegStream(bytes({0xFF, 0xFB, b2, 0x00})) + tail));
         EXPECT_EQ(info.Frequency, 44100);
         EXPECT_EQ(info.Bitrate, 0);
         EXPECT_EQ(info.Millisecs, 0);
@@ -394,8 +408,8 @@ TEST_F(MediaInfoFiles, XingHeaderAtItsStereoPlace) {
     EXPECT_NEAR(info.Bitrate, info.DataLength * 8 / ms, 1e-9);
 
     // At the mono place (+21) it is not seen: the first frame's rate counts.
-    const MediaFileInfo mono = readMediaInfo(make("mono.mp3", xingFrame(frames, 21) + mpegStream() +
-                                                                  id3v1("", "", "", "", "", 0)));
+    const MediaFileInfo mono =
+        readMediaInfo(make("mono.mp3", xingFrame(frames, 21) + mpegStream() + id3v1("", "", "", "", "", 0)));
     EXPECT_FALSE(mono.IsVBR);
     EXPECT_EQ(mono.Bitrate, 128);
 
@@ -407,7 +421,8 @@ TEST_F(MediaInfoFiles, XingHeaderAtItsStereoPlace) {
     EXPECT_EQ(zero.Millisecs, 0);
 
     // A count beyond the 32-bit range ends the reader before the header is read.
-    const MediaFileInfo overflow = readMediaInfo(make("ovf.mp3", xingFrame(0x80000000u) + id3v1("", "", "", "", "", 0)));
+    const MediaFileInfo overflow =
+        readMediaInfo(make("ovf.mp3", xingFrame(0x80000000u) + id3v1("", "", "", "", "", 0)));
     EXPECT_TRUE(overflow.IsVBR);
     EXPECT_EQ(overflow.Frequency, 0);
 
@@ -443,7 +458,8 @@ std::string vorbisIdentification(int channels, std::uint32_t rate, std::int32_t 
 }
 
 std::string vorbisComments(const std::vector<std::string> &comments) {
-    std::string packet = "\x03vorbis" + le32(6) + "vendor" + le32(static_cast<std::uint32_t>(comments.size()));
+    std::string packet =
+        "\x03vorbis" + le32(6) + "vendor" + le32(static_cast<std::uint32_t>(comments.size()));
     for (const std::string &c : comments) packet += le32(static_cast<std::uint32_t>(c.size())) + c;
     return packet + bytes({1});
 }
@@ -453,8 +469,8 @@ struct OggFile {
     std::size_t headerBytes;
 };
 
-OggFile oggFile(int channels, std::uint32_t rate, std::uint64_t samples, const std::vector<std::string> &comments,
-                std::size_t audioBytes = 4000) {
+OggFile oggFile(int channels, std::uint32_t rate, std::uint64_t samples,
+                const std::vector<std::string> &comments, std::size_t audioBytes = 4000) {
     OggFile f;
     f.content = oggPage(vorbisIdentification(channels, rate, 128000), 0, 0, 2) +
                 oggPage(vorbisComments(comments) + "\x05vorbis-setup", 0, 1);
@@ -466,8 +482,8 @@ OggFile oggFile(int channels, std::uint32_t rate, std::uint64_t samples, const s
 
 TEST_F(MediaInfoFiles, OggStreamAndComments) {
     const OggFile f = oggFile(2, 44100, 441000,
-                              {"title=Lower Case", "ARTIST=Someone", "ALBUM=Record", "DATE=2001", "COMMENT=Fine, thanks",
-                               "GENRE=Ambient", "TRACKNUMBER=3/10", "ENCODER=x"});
+                              {"title=Lower Case", "ARTIST=Someone", "ALBUM=Record", "DATE=2001",
+                               "COMMENT=Fine, thanks", "GENRE=Ambient", "TRACKNUMBER=3/10", "ENCODER=x"});
     const MediaFileInfo info = readMediaInfo(make("a.ogg", f.content));
     EXPECT_TRUE(info.IsVBR);
     EXPECT_EQ(info.Channels, 2);
@@ -507,7 +523,8 @@ TEST_F(MediaInfoFiles, CommentValueEnds) {
     EXPECT_EQ(readMediaInfo(make("big.ogg", f.content)).Artist, "Cut shor");
 
     // Only the first 2048 bytes of the packet are searched.
-    const OggFile late = oggFile(2, 44100, 44100, {"ENCODER=" + std::string(2100, 'e'), "TITLE=Too late", "X=y"});
+    const OggFile late =
+        oggFile(2, 44100, 44100, {"ENCODER=" + std::string(2100, 'e'), "TITLE=Too late", "X=y"});
     const MediaFileInfo info = readMediaInfo(make("late.ogg", late.content));
     EXPECT_EQ(info.Title, "");
     EXPECT_EQ(info.Millisecs, 1000);
@@ -544,7 +561,8 @@ TEST_F(MediaInfoFiles, DamagedOggFiles) {
     EXPECT_EQ(readMediaInfo(make("zero.ogg", silent.content)).Millisecs, 0);
 
     // No comment packet anywhere: no tags, and the length stays whole.
-    const std::string noComments = oggPage(vorbisIdentification(1, 8000, 0), 0, 0) + oggPage("audio", 8000, 1);
+    const std::string noComments =
+        oggPage(vorbisIdentification(1, 8000, 0), 0, 0) + oggPage("audio", 8000, 1);
     const MediaFileInfo bare = readMediaInfo(make("bare.ogg", noComments));
     EXPECT_EQ(bare.DataLength, static_cast<double>(noComments.size()));
     EXPECT_EQ(bare.Millisecs, 1000);
@@ -581,9 +599,10 @@ std::string flacComments(const std::vector<std::string> &comments) {
 }
 
 TEST_F(MediaInfoFiles, FlacStreamAndComments) {
-    const std::string metadata = "fLaC" + flacBlock(0, streamInfo(96000, 2, 24, 960000), false) +
-                                 flacBlock(4, flacComments({"TITLE=Studio", "TRACKNUMBER=12", "GENRE=Jazz", "X=1"}), false) +
-                                 flacBlock(1, std::string(300, '\0'), true);
+    const std::string metadata =
+        "fLaC" + flacBlock(0, streamInfo(96000, 2, 24, 960000), false) +
+        flacBlock(4, flacComments({"TITLE=Studio", "TRACKNUMBER=12", "GENRE=Jazz", "X=1"}), false) +
+        flacBlock(1, std::string(300, '\0'), true);
     const std::string audio(9000, '\x33');
     const MediaFileInfo info = readMediaInfo(make("s.flac", metadata + audio));
     EXPECT_TRUE(info.IsVBR);
@@ -619,8 +638,8 @@ TEST_F(MediaInfoFiles, DamagedFlacFiles) {
     EXPECT_EQ(info.DataLength, static_cast<double>(runaway.size()));
 
     // Blocks of length 0 that never say "last" walk to the end and stop.
-    const std::string endless = "fLaC" + flacBlock(0, streamInfo(44100, 2, 16, 44100), false) +
-                                std::string(20000, '\0');
+    const std::string endless =
+        "fLaC" + flacBlock(0, streamInfo(44100, 2, 16, 44100), false) + std::string(20000, '\0');
     EXPECT_EQ(readMediaInfo(make("end.flac", endless)).Millisecs, 1000);
 
     // 36-bit sample counts beyond 32 bits end the reader.
@@ -651,7 +670,8 @@ TEST_F(MediaInfoFiles, AacGoesToTheFlacReaderAlone) {
     // FLAC inside: the stream is read, the comments are not, and with no
     // data length there is no bit rate.
     const std::string flac = "fLaC" + flacBlock(0, streamInfo(48000, 2, 16, 96000), false) +
-                             flacBlock(4, flacComments({"TITLE=Hidden", "X=1"}), true) + std::string(500, '\0');
+                             flacBlock(4, flacComments({"TITLE=Hidden", "X=1"}), true) +
+                             std::string(500, '\0');
     const MediaFileInfo inside = readMediaInfo(make("flac.aac", flac));
     EXPECT_EQ(inside.Millisecs, 2000);
     EXPECT_EQ(inside.Title, "");
@@ -660,10 +680,11 @@ TEST_F(MediaInfoFiles, AacGoesToTheFlacReaderAlone) {
 
 // ---------------------------------------------------------------------------
 
-std::string wavHeader(int channels, std::uint32_t rate, int bits, std::uint32_t dataBytes, std::uint32_t fmtSize = 16) {
+std::string wavHeader(int channels, std::uint32_t rate, int bits, std::uint32_t dataBytes,
+                      std::uint32_t fmtSize = 16) {
     const std::uint32_t byteRate = rate * channels * bits / 8;
-    return "RIFF" + le32(36 + dataBytes) + "WAVE" + "fmt " + le32(fmtSize) + le16(1) + le16(channels) + le32(rate) +
-           le32(byteRate) + le16(channels * bits / 8) + le16(bits) + "data" + le32(dataBytes);
+    return "RIFF" + le32(36 + dataBytes) + "WAVE" + "fmt " + le32(fmtSize) + le16(1) + le16(channels) +
+           le32(rate) + le32(byteRate) + le16(channels * bits / 8) + le16(bits) + "data" + le32(dataBytes);
 }
 
 TEST_F(MediaInfoFiles, WaveHeaders) {

@@ -61,12 +61,15 @@ protected:
     TempDir dir;
 };
 
-const std::string kTags = "--tt 'My Title' --ta 'The Artist' --tl 'An Album' --ty 2003 --tn 7 --tg Rock "
-                          "--tc 'hello, world'";
+const std::string kTags =
+    "--tt 'My Title' --ta 'The Artist' --tl 'An Album' --ty 2003 --tn 7 --tg Rock "
+    "--tc 'hello, world'";
 
 // Encoder delay, padding to whole frames and the Xing/Info frame: lame adds
 // up to three frames of 1152 samples to what it was given.
-double lameSlackMs(int rate) { return 3 * 1152 * 1000.0 / rate; }
+double lameSlackMs(int rate) {
+    return 3 * 1152 * 1000.0 / rate;
+}
 
 // ---------------------------------------------------------------------------
 
@@ -77,8 +80,8 @@ TEST_F(MediaInfoTools, WaveFilesFromSox) {
             for (int bits : {8, 16}) {
                 SCOPED_TRACE(std::to_string(channels) + " ch, " + std::to_string(rate) + " Hz, " +
                              std::to_string(bits) + " bit");
-                const std::string name = "w" + std::to_string(channels) + std::to_string(rate) +
-                                         std::to_string(bits) + ".wav";
+                const std::string name =
+                    "w" + std::to_string(channels) + std::to_string(rate) + std::to_string(bits) + ".wav";
                 run("sox -n -r " + std::to_string(rate) + " -c " + std::to_string(channels) + " -b " +
                     std::to_string(bits) + " " + name + " synth 1.5 sine 440 vol 0.5");
                 const MediaFileInfo info = readMediaInfo(dir.file(name));
@@ -248,8 +251,9 @@ TEST_F(MediaInfoTools, FlacWithTags) {
     need({"sox", "flac"});
     noise("in.wav", 44100, 2, 2);
     noise("m.wav", 48000, 1, 1.5);
-    const std::string tags = "-T 'TITLE=My Title' -T 'ARTIST=The Artist' -T 'ALBUM=An Album' -T DATE=2003 "
-                             "-T TRACKNUMBER=7 -T GENRE=Rock -T 'COMMENT=hi there' -T ENCODEDBY=tests";
+    const std::string tags =
+        "-T 'TITLE=My Title' -T 'ARTIST=The Artist' -T 'ALBUM=An Album' -T DATE=2003 "
+        "-T TRACKNUMBER=7 -T GENRE=Rock -T 'COMMENT=hi there' -T ENCODEDBY=tests";
     run("flac -s " + tags + " in.wav -o padded.flac");
     run("flac -s --no-padding " + tags + " in.wav -o tight.flac");
     run("flac -s m.wav -o mono.flac");

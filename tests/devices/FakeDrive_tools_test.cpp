@@ -50,7 +50,6 @@ appendable = no
 capacity = 359849
 )";
 
-
 struct FakeDrive : ::testing::Test, test::FakeDriveRig {};
 
 TEST_F(FakeDrive, StartupFindsAWriterAndAReader) {
@@ -91,7 +90,8 @@ TEST_F(FakeDrive, LayersThatDoNotLoad) {
     EXPECT_EQ(calls(), std::vector<std::string>{"cdrdao scanbus"}) << "no SPTI scan after a failed ASPI scan";
     EXPECT_TRUE(lists.reader.empty());
 
-    drives(std::string("aspi = noadapters\nspti = missing\n") + std::string(kWriter.substr(kWriter.find("[device]"))));
+    drives(std::string("aspi = noadapters\nspti = missing\n") +
+           std::string(kWriter.substr(kWriter.find("[device]"))));
     state = DeviceState{};
     fake.statuses.clear();
     discover();
@@ -413,7 +413,8 @@ TEST_F(WriteRun, HangingWriteEndsOnlyByCancel) {
     EXPECT_GE(idle, 200);
     EXPECT_FALSE(view.writeSucceeded);
     EXPECT_TRUE(view.progressEvents().empty());
-    EXPECT_NE(std::find(view.commandLog.begin(), view.commandLog.end(), "ASPI:0,1,0: PLEXTOR  PX-W4012A  Rev: 1.01"),
+    EXPECT_NE(std::find(view.commandLog.begin(), view.commandLog.end(),
+                        "ASPI:0,1,0: PLEXTOR  PX-W4012A  Rev: 1.01"),
               view.commandLog.end());
 }
 

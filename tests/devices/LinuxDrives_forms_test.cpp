@@ -89,11 +89,14 @@ struct LinuxDrives : ::testing::Test {
     // Every drive address the program handed a tool is a device path the
     // scan gave.
     void expectOnlyDevicePaths() {
-        static const std::regex argument(R"((--device|--source-device) (\S+)|dev=(\S+)|^dvd\+rw-mediainfo (\S+))");
+        static const std::regex argument(
+            R"((--device|--source-device) (\S+)|dev=(\S+)|^dvd\+rw-mediainfo (\S+))");
         int seen = 0;
         for (const auto &line : calls())
             for (std::sregex_iterator it(line.begin(), line.end(), argument), end; it != end; ++it) {
-                const std::string address = (*it)[2].matched ? (*it)[2] : (*it)[3].matched ? (*it)[3] : (*it)[4];
+                const std::string address = (*it)[2].matched   ? (*it)[2]
+                                            : (*it)[3].matched ? (*it)[3]
+                                                               : (*it)[4];
                 EXPECT_TRUE(std::regex_match(address, std::regex("/dev/sr[0-2]"))) << line;
                 ++seen;
             }
@@ -110,11 +113,11 @@ struct LinuxDrives : ::testing::Test {
 
 TEST_F(LinuxDrives, ThreeDrivesFromOneScanWithTheirFeaturesSpeedsAndMedia) {
     start({cdWriter("CD-R", kBlankCDR), dvdWriter(), reader()});
-    EXPECT_EQ(items(f().cmbReaderDevice),
-              (std::vector<std::string>{"/dev/sr0: PLEXTOR, CD-R   PX-W4012A", "/dev/sr1: HL-DT-ST, DVDRAM GH24NSB0",
-                                        "/dev/sr2: ASUS, DVD: E818A9T"}));
-    EXPECT_EQ(items(f().cmbWriterDevice),
-              (std::vector<std::string>{"/dev/sr0: PLEXTOR, CD-R   PX-W4012A", "/dev/sr1: HL-DT-ST, DVDRAM GH24NSB0"}));
+    EXPECT_EQ(items(f().cmbReaderDevice), (std::vector<std::string>{"/dev/sr0: PLEXTOR, CD-R   PX-W4012A",
+                                                                    "/dev/sr1: HL-DT-ST, DVDRAM GH24NSB0",
+                                                                    "/dev/sr2: ASUS, DVD: E818A9T"}));
+    EXPECT_EQ(items(f().cmbWriterDevice), (std::vector<std::string>{"/dev/sr0: PLEXTOR, CD-R   PX-W4012A",
+                                                                    "/dev/sr1: HL-DT-ST, DVDRAM GH24NSB0"}));
     EXPECT_FALSE(f().chkUseSPTI->isChecked());
     EXPECT_FALSE(f().chkUseSPTI->isEnabled());
 

@@ -14,8 +14,8 @@ namespace {
 
 const std::string &inputPath() {
     static const std::string path = [] {
-        const auto folder = std::filesystem::temp_directory_path() /
-                            ("saltmarrow-fuzz-" + std::to_string(::getpid()));
+        const auto folder =
+            std::filesystem::temp_directory_path() / ("saltmarrow-fuzz-" + std::to_string(::getpid()));
         std::filesystem::create_directories(folder);
         return (folder / ("input." FUZZ_EXTENSION)).string();
     }();

@@ -18,11 +18,13 @@ const std::string kBanner = "Cdrdao version 1.2.4 - (C) Andreas Mueller <andreas
 
 TEST(LinuxScan, OutputsThatListNoDrive) {
     EXPECT_EQ(kLayer.scanProblem(""), "msgCdrdaoFail");
-    EXPECT_EQ(kLayer.scanProblem(kBanner + "ERROR: Unable to access sysfs filesystem at /sys/bus/scsi/devices\n"),
-              "msgNoHostAdapters");
+    EXPECT_EQ(
+        kLayer.scanProblem(kBanner + "ERROR: Unable to access sysfs filesystem at /sys/bus/scsi/devices\n"),
+        "msgNoHostAdapters");
     EXPECT_EQ(kLayer.scanProblem(kBanner), "msgNoDevicesFound");
     // Error lines hold ": " but no " : " behind an address.
-    EXPECT_EQ(kLayer.scanProblem(kBanner + "ERROR: Cannot setup device /dev/sr0 : x.\n"), "msgNoDevicesFound");
+    EXPECT_EQ(kLayer.scanProblem(kBanner + "ERROR: Cannot setup device /dev/sr0 : x.\n"),
+              "msgNoDevicesFound");
     EXPECT_FALSE(kLayer.layerLoaded(kBanner));
     EXPECT_EQ(kLayer.scanArguments(true), " scanbus");
     EXPECT_FALSE(kLayer.hasSPTILayer());
@@ -30,7 +32,8 @@ TEST(LinuxScan, OutputsThatListNoDrive) {
 
 TEST(LinuxScan, DeviceLinesAndTheirFields) {
     const std::string scan = kBanner + "\r\n/dev/sr0 : HL-DT-ST, DVDRAM GH24NSB0, LN01\r\n" +
-                             "/dev/sr1 : ASUS, DRW: 24B1ST   a, 1.00\n" + "0,6,0 : PLEXTOR, CD-R   PX-W4012A, 1.01\n";
+                             "/dev/sr1 : ASUS, DRW: 24B1ST   a, 1.00\n" +
+                             "0,6,0 : PLEXTOR, CD-R   PX-W4012A, 1.01\n";
     EXPECT_EQ(kLayer.scanProblem(scan), std::nullopt);
     EXPECT_TRUE(kLayer.layerLoaded(scan));
     const auto lines = kLayer.deviceLines(scan);
@@ -121,7 +124,8 @@ TEST(KernelDriveInfo, SpeedsComeInCDOrDVDSteps) {
     caps.readFeatures = "CD-R CD-RW CD-ROM DVD-ROM ";
     caps.writeFeatures = "CD-R CD-RW DVD-R ";
     caps.writesDVD = true;
-    readKernelDriveInfo(device, caps, "Maximum writing speed: 22160 kB/s\nBurnProof supported: yes\n", "DVD+R");
+    readKernelDriveInfo(device, caps, "Maximum writing speed: 22160 kB/s\nBurnProof supported: yes\n",
+                        "DVD+R");
     EXPECT_EQ(device.WriteSpeeds, "16x,12x,10x,8x,6x,4x,2x,1x");
     EXPECT_TRUE(device.isWriter);
     EXPECT_TRUE(device.BufferProtection);
@@ -144,7 +148,8 @@ TEST(KernelDriveInfo, MediumWords) {
     const std::string inquiry = "INQUIRY:                [HL-DT-ST][DVDRAM GH24NSB0 ][LN01]\n";
     EXPECT_EQ(dvdMediumType(inquiry + " Mounted Media:         1Bh, DVD+R\n"), "DVD+R");
     EXPECT_EQ(dvdMediumType(inquiry + " Mounted Media:         11h, DVD-R Sequential\n"), "DVD-R");
-    EXPECT_EQ(dvdMediumType(inquiry + " Mounted Media:         13h, DVD-RW Restricted Overwrite\r\n"), "DVD-RW");
+    EXPECT_EQ(dvdMediumType(inquiry + " Mounted Media:         13h, DVD-RW Restricted Overwrite\r\n"),
+              "DVD-RW");
     EXPECT_EQ(dvdMediumType(inquiry + ":-( no media mounted, exiting...\n"), "n/a");
     EXPECT_EQ(dvdMediumType(inquiry + ":-( non-DVD media mounted, exiting...\n"), "");
     EXPECT_EQ(dvdMediumType(inquiry + " Mounted Media:         41h, BD-R SRM\n"), "");

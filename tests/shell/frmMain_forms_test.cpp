@@ -2,8 +2,6 @@
 // around real child processes, shutdown and the hand-over between instances.
 #include <gtest/gtest.h>
 
-#include <algorithm>
-
 #include <QAction>
 #include <QApplication>
 #include <QCheckBox>
@@ -17,6 +15,7 @@
 #include <QPushButton>
 #include <QStatusBar>
 #include <QTimer>
+#include <algorithm>
 #include <filesystem>
 
 #include "exec/frmLog.h"
@@ -166,7 +165,8 @@ TEST(MainWriteFrame, SuccessWithElapsedTimeMessageBoxAndSound) {
     EXPECT_TRUE(h.sounds.played.empty());
     EXPECT_EQ(f.sbPanel[2]->text(), "16x");
     EXPECT_EQ(f.cmdWrite->text(), "&Write");
-    EXPECT_EQ(f.log->txtOutputs->toPlainText().toStdString(), "Writing track 01\nWriting finished successfully");
+    EXPECT_EQ(f.log->txtOutputs->toPlainText().toStdString(),
+              "Writing track 01\nWriting finished successfully");
     EXPECT_EQ(f.windowTitle(), "saltmarrow");
 }
 

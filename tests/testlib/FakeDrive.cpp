@@ -29,7 +29,8 @@ rewritable = no
 appendable = no
 capacity = 359849
 remaining = 359849
-)") + "medium = " + medium + "\nblank = " + (blank ? "yes" : "no") + "\n" + extra;
+)") +
+           "medium = " + medium + "\nblank = " + (blank ? "yes" : "no") + "\n" + extra;
 }
 
 std::string fakeReader() {
@@ -93,7 +94,8 @@ std::string kernelCdromTable(const std::vector<LinuxDrive> &drives) {
     };
     const auto flag = [](bool on) { return std::string(on ? "1" : "0"); };
     std::string text = "CD-ROM information, Id: cdrom.c 3.20 2003/12/17\n\n";
-    text += row("drive name", [](const LinuxDrive &d) { return std::filesystem::path(d.path).filename().string(); });
+    text += row("drive name",
+                [](const LinuxDrive &d) { return std::filesystem::path(d.path).filename().string(); });
     text += row("drive speed", [](const LinuxDrive &) { return std::string("48"); });
     text += row("Can write CD-R", [&](const LinuxDrive &d) { return flag(d.writesCD); });
     text += row("Can write CD-RW", [&](const LinuxDrive &d) { return flag(d.writesCD); });
@@ -105,7 +107,8 @@ std::string kernelCdromTable(const std::vector<LinuxDrive> &drives) {
     return text + "\n";
 }
 
-const platform::DriveLayer &installLinuxFakeDrive(const std::string &appDir, const std::vector<LinuxDrive> &drives,
+const platform::DriveLayer &installLinuxFakeDrive(const std::string &appDir,
+                                                  const std::vector<LinuxDrive> &drives,
                                                   const std::string &global) {
     static std::unique_ptr<platform::LinuxDriveLayer> layer;
     linkFakeTools(appDir, linuxState(drives, global));

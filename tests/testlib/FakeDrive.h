@@ -32,13 +32,13 @@ struct LinuxDrive {
     std::string vendor = "HL-DT-ST";
     std::string model = "DVDRAM GH24NSB0";
     std::string firmware = "LN01";
-    bool writesCD = true;          // "Can write CD-R" and "Can write CD-RW"
-    bool readsDVD = true;          // "Can read DVD"
-    bool writesDVD = true;         // "Can write DVD-R"
-    long maxWriteKbs = 7056;       // "Maximum writing speed: %d kB/s"
-    bool burnProof = true;         // "BurnProof supported: yes"
-    std::string medium = "n/a";    // as the Windows personality names it; "a;b" changes per call
-    std::string extra;             // further state lines of its section
+    bool writesCD = true;        // "Can write CD-R" and "Can write CD-RW"
+    bool readsDVD = true;        // "Can read DVD"
+    bool writesDVD = true;       // "Can write DVD-R"
+    long maxWriteKbs = 7056;     // "Maximum writing speed: %d kB/s"
+    bool burnProof = true;       // "BurnProof supported: yes"
+    std::string medium = "n/a";  // as the Windows personality names it; "a;b" changes per call
+    std::string extra;           // further state lines of its section
 };
 
 // The state file and the kernel table of the drives; global lines go first.
@@ -48,7 +48,8 @@ std::string kernelCdromTable(const std::vector<LinuxDrive> &drives);
 // installFakeDrive for the Linux personality: also links the fake as
 // dvd+rw-mediainfo, writes the kernel table to <appDir>/external/cdrom.info
 // and makes the program use a Linux drive layer that reads it. Returns it.
-const platform::DriveLayer &installLinuxFakeDrive(const std::string &appDir, const std::vector<LinuxDrive> &drives,
+const platform::DriveLayer &installLinuxFakeDrive(const std::string &appDir,
+                                                  const std::vector<LinuxDrive> &drives,
                                                   const std::string &global = {});
 
 }  // namespace saltmarrow::test
