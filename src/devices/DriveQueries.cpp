@@ -116,9 +116,10 @@ void updateDriveInfo(DeviceState &state, const DeviceHost &host, short index, bo
     const std::string previousMode = host.mode();
     host.setMode("HIDE ME");
     DeviceInfo &device = state.devices.item(static_cast<std::size_t>(index));
-    if ((force || !(device.isWriterKnown && !device.isWriter)) && !host.driveLayer().driveInfoReportsAll()) {
+    const bool ask = force || !(device.isWriterKnown && !device.isWriter);
+    if (ask && !host.driveLayer().driveInfoReportsAll()) {
         updateKernelDriveInfo(state, host, device, skipNoMedia);
-    } else if (force || !(device.isWriterKnown && !device.isWriter)) {
+    } else if (ask) {
         const platform::DriveLayer &layer = host.driveLayer();
         const ToolRun run =
             host.execute(" drive-info --device " +
