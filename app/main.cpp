@@ -5,7 +5,8 @@
 
 #include "platform/QtDialogs.h"
 #include "platform/Sounds.h"
-#include "shell/WriteFrame.h"
+#include "platform/SystemInfo.h"
+#include "shell/VersionText.h"
 #include "shell/frmMain.h"
 #include "support/frmErrorReport.h"
 
@@ -24,8 +25,9 @@ int main(int argc, char **argv) {
     saltmarrow::platform::BeepSounds sounds;
     saltmarrow::frmMain *mainForm = nullptr;
     saltmarrow::QtErrorReporter errors(
-        sounds, [&mainForm] { return "saltmarrow" + (mainForm ? mainForm->msg("msgErrorReport") : std::string()); },
-        version);
+        [&sounds] { sounds.play("SystemHand", true); },
+        [&mainForm] { return "saltmarrow" + (mainForm ? mainForm->msg("msgErrorReport") : std::string()); },
+        version, saltmarrow::platform::platformVersion());
 
     saltmarrow::ShellEnvironment env;
     env.appDir = QCoreApplication::applicationDirPath().toStdString();

@@ -3,6 +3,8 @@
 #include <QAction>
 #include <QClipboard>
 #include <QCloseEvent>
+#include <QFontDatabase>
+#include <QFontInfo>
 #include <QGuiApplication>
 #include <QMenu>
 #include <QPlainTextEdit>
@@ -22,7 +24,7 @@ frmLog::frmLog(platform::Dialogs &dialogs, QWidget *owner)
     txtOutputs->setObjectName("txtOutputs");
     txtOutputs->setReadOnly(true);
     txtOutputs->setLineWrapMode(QPlainTextEdit::NoWrap);
-    txtOutputs->setFont(QFont(QStringLiteral("Courier New"), 9));
+    setLogFont(QStringLiteral("Courier New"), 9);
     txtOutputs->setContextMenuPolicy(Qt::CustomContextMenu);
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -65,6 +67,13 @@ void frmLog::setLogFont(const QString &name, double size) {
     QFont f = txtOutputs->font();
     if (!name.isEmpty()) f.setFamily(name);
     if (size > 0) f.setPointSizeF(size);
+    // The tools line up their columns with blanks: a font that is missing
+    // must not fall back to a proportional one.
+    if (!QFontInfo(f).fixedPitch()) {
+        const double points = f.pointSizeF();
+        f = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+        if (points > 0) f.setPointSizeF(points);
+    }
     txtOutputs->setFont(f);
 }
 
