@@ -72,6 +72,13 @@ void frmLog::setLogFont(const QString &name, double size) {
     if (!QFontInfo(f).fixedPitch()) {
         const double points = f.pointSizeF();
         f = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+        // Some systems name a font for the purpose that does not keep to it.
+        if (!QFontInfo(f).fixedPitch())
+            for (const QString &family : QFontDatabase::families())
+                if (QFontDatabase::isFixedPitch(family)) {
+                    f = QFont(family);
+                    break;
+                }
         if (points > 0) f.setPointSizeF(points);
     }
     txtOutputs->setFont(f);

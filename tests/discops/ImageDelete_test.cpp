@@ -8,11 +8,12 @@
 #include "discops/ImageTestSupport.h"
 #include "platform/Dialogs.h"
 #include "support/RuntimeError.h"
+#include "testlib/ScriptedDialogs.h"
 #include "testlib/TestSupport.h"
 
 using namespace saltmarrow;
 using namespace saltmarrow::discops;
-using saltmarrow::platform::ScriptedDialogs;
+using saltmarrow::test::ScriptedDialogs;
 using saltmarrow::test::readFile;
 using saltmarrow::test::TempDir;
 using saltmarrow::test::writeFile;
@@ -39,7 +40,7 @@ struct Offer {
         writeFile(path, bytes);
         return path;
     }
-    DeleteImageResult offer(const std::string &mode) { return deleteImage(slot, tempFolder, mode, ctx); }
+    DeleteImageResult offer(Mode mode) { return deleteImage(slot, tempFolder, mode, ctx); }
 };
 
 }  // namespace
@@ -53,7 +54,7 @@ TEST(DeleteImage, ACueGoesWithItsBinAndTheEmptiedFolderIsOffered) {
     o.dialogs.answer(mb::Yes);
     o.dialogs.answer(mb::Yes);
 
-    DeleteImageResult r = o.offer("WRITE CD");
+    DeleteImageResult r = o.offer(Mode::WriteCD);
     ASSERT_EQ(o.dialogs.prompts.size(), 2u);
     EXPECT_EQ(o.dialogs.prompts[0].text, "Please confirm deletion of Image Files");
     EXPECT_EQ(o.dialogs.prompts[0].style, 35);
@@ -75,7 +76,7 @@ TEST(DeleteImage, ATocTakesItsDataFilesAndAFolderWithOtherFilesStays) {
                                                    "\" 0\nTRACK AUDIO\nFILE \"" + two + "\" 0\n");
     o.slot.strFilename = toc;
     o.dialogs.answer(mb::Yes);
-    o.offer("WRITE CD");
+    o.offer(Mode::WriteCD);
     EXPECT_FALSE(fs::exists(one));
     EXPECT_FALSE(fs::exists(two));
     EXPECT_FALSE(fs::exists(toc));
@@ -91,7 +92,7 @@ TEST(DeleteImage, NoOrCancelKeepsEverythingAndAnIsoIsOnlyLetGo) {
         std::string bin = o.put("w/Disc.bin");
         o.slot.strFilename = cue;
         o.dialogs.answer(answer);
-        DeleteImageResult r = o.offer("WRITE CD");
+        DeleteImageResult r = o.offer(Mode::WriteCD);
         EXPECT_TRUE(fs::exists(cue));
         EXPECT_TRUE(fs::exists(bin));
         EXPECT_EQ(o.slot.strFilename, cue);
@@ -102,7 +103,7 @@ TEST(DeleteImage, NoOrCancelKeepsEverythingAndAnIsoIsOnlyLetGo) {
     std::string iso = o.put("w/Disc.iso");
     o.slot.strFilename = iso;
     o.dialogs.answer(mb::Yes);
-    DeleteImageResult r = o.offer("WRITE CD");
+    DeleteImageResult r = o.offer(Mode::WriteCD);
     EXPECT_TRUE(fs::exists(iso));
     EXPECT_TRUE(r.deleted.empty());
     EXPECT_TRUE(o.slot.strFilename.empty());
@@ -114,14 +115,14 @@ TEST(DeleteImage, NoOrCancelKeepsEverythingAndAnIsoIsOnlyLetGo) {
     keep.put("k/Disc.bin");
     keep.dialogs.answer(mb::Yes);
     keep.dialogs.answer(mb::No);
-    keep.offer("WRITE CD");
+    keep.offer(Mode::WriteCD);
     EXPECT_TRUE(fs::is_directory(keep.dir.file("k")));
     EXPECT_TRUE(fs::is_empty(keep.dir.file("k")));
 
     // Other tasks have nothing to offer.
     Offer copy;
     copy.slot.strFilename = copy.put("c/Disc.cue");
-    copy.offer("COPY CD");
+    copy.offer(Mode::CopyCD);
     EXPECT_TRUE(copy.dialogs.prompts.empty());
 }
 
@@ -132,7 +133,7 @@ TEST(DeleteImage, AnAudioProjectsFolderIsDeletedOnYes) {
     o.tempFolder = o.dir.file("temp/proj");
     o.slot.strFilename = o.tempFolder + "/authored.toc";
     o.dialogs.answer(mb::Yes);
-    DeleteImageResult r = o.offer("AUDIO CD");
+    DeleteImageResult r = o.offer(Mode::AudioCD);
     ASSERT_EQ(o.dialogs.prompts.size(), 1u);
     EXPECT_EQ(o.dialogs.prompts[0].text, "Delete tempory folder: " + o.dir.file("temp/proj") + "?");
     EXPECT_EQ(o.dialogs.prompts[0].style, 36);
@@ -156,7 +157,7 @@ TEST(DeleteImage, ARenamedAudioFolderKeepsASheetThatFollowsIt) {
     o.dialogs.answer(mb::No);
     o.dialogs.answer(std::string("Summer Mix"));
 
-    DeleteImageResult r = o.offer("AUDIO CD");
+    DeleteImageResult r = o.offer(Mode::AudioCD);
     ASSERT_EQ(o.dialogs.prompts.size(), 2u);
     EXPECT_EQ(o.dialogs.prompts[1].kind, "input");
     EXPECT_EQ(o.dialogs.prompts[1].text, "Please enter a new name for the folder.");
@@ -185,7 +186,7 @@ TEST(DeleteImage, KeepingTheAudioFolderNameMovesNothing) {
             o.dialogs.answer(*answer);
         else
             o.dialogs.cancelNext();
-        DeleteImageResult r = o.offer("AUDIO CD");
+        DeleteImageResult r = o.offer(Mode::AudioCD);
         EXPECT_TRUE(fs::exists(o.dir.file("temp/proj/authored.toc")));
         EXPECT_FALSE(r.reload);
         EXPECT_TRUE(o.tempFolder.empty());
@@ -201,7 +202,7 @@ TEST(DeleteImage, ANewNameThatIsNoPlainNameOrIsTakenRaisesAndMovesNothing) {
         o.tempFolder = o.dir.file("temp/proj");
         o.dialogs.answer(mb::No);
         o.dialogs.answer(name);
-        EXPECT_THROW(o.offer("AUDIO CD"), RuntimeError);
+        EXPECT_THROW(o.offer(Mode::AudioCD), RuntimeError);
         EXPECT_TRUE(fs::exists(o.dir.file("temp/proj/authored.toc")));
         EXPECT_TRUE(fs::exists(o.dir.file("temp/taken/keep.txt")));
     }

@@ -11,12 +11,13 @@
 #include "exec/CommandRunner.h"
 #include "platform/CommandLine.h"
 #include "platform/Dialogs.h"
+#include "testlib/ScriptedDialogs.h"
 #include "testlib/TestSupport.h"
 
 using namespace saltmarrow;
 using namespace saltmarrow::discops;
 using saltmarrow::platform::quoteArgument;
-using saltmarrow::platform::ScriptedDialogs;
+using saltmarrow::test::ScriptedDialogs;
 using saltmarrow::test::readFile;
 using saltmarrow::test::TempDir;
 using saltmarrow::test::writeFile;
@@ -127,7 +128,7 @@ TEST(LoadTocTools, ARenamedAudioFolderIsLoadedAgainWithItsSize) {
     std::string tempFolder = folder;
     p.dialogs.answer(mb::No);
     p.dialogs.answer(std::string("Road Trip"));
-    DeleteImageResult offer = deleteImage(p.slot, tempFolder, "AUDIO CD", p.ctx);
+    DeleteImageResult offer = deleteImage(p.slot, tempFolder, Mode::AudioCD, p.ctx);
     ASSERT_TRUE(offer.reload);
 
     ParseCommandResult r = parseCommand(p.slot, p.input, p.ctx);

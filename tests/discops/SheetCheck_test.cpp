@@ -10,11 +10,12 @@
 #include "discops/ImageTestSupport.h"
 #include "platform/Dialogs.h"
 #include "support/RuntimeError.h"
+#include "testlib/ScriptedDialogs.h"
 #include "testlib/TestSupport.h"
 
 using namespace saltmarrow;
 using namespace saltmarrow::discops;
-using saltmarrow::platform::ScriptedDialogs;
+using saltmarrow::test::ScriptedDialogs;
 using saltmarrow::test::readFile;
 using saltmarrow::test::TempDir;
 using saltmarrow::test::writeFile;

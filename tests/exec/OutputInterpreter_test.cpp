@@ -15,7 +15,7 @@ struct Interpreter : ::testing::Test {
     InterpreterState state;
     OutputInterpreter interpreter{view, state, view.clock()};
 
-    void feed(const std::string &mode, std::initializer_list<std::string> lines) {
+    void feed(Mode mode, std::initializer_list<std::string> lines) {
         view.mode = mode;
         for (const auto &l : lines) interpreter.objDOS_ReceiveOutputs(l);
     }
@@ -24,7 +24,7 @@ struct Interpreter : ::testing::Test {
 // ------------------------------------------------------------ CD writing
 
 TEST_F(Interpreter, FirstMegabyteIsHiddenButShowsNothing) {
-    feed("WRITE CD", {"Wrote 1 of 700 MB (Buffer 100%)."});
+    feed(Mode::WriteCD, {"Wrote 1 of 700 MB (Buffer 100%)."});
     EXPECT_TRUE(view.log.empty());
     EXPECT_TRUE(view.progressEvents().empty());
     EXPECT_TRUE(view.status.empty());
@@ -32,10 +32,10 @@ TEST_F(Interpreter, FirstMegabyteIsHiddenButShowsNothing) {
 }
 
 TEST_F(Interpreter, LastMegabyteIgnoresTheThrottleAndShowsBufferFullAs99) {
-    feed("AUDIO CD", {"Wrote 650 of 700 MB (Buffer 100%)."});
+    feed(Mode::AudioCD, {"Wrote 650 of 700 MB (Buffer 100%)."});
     ASSERT_EQ(view.status, "Wrote 650 of 700 MB (Buffer 99%)");
     view.now += 0.1;
-    feed("AUDIO CD", {"Wrote 651 of 700 MB (Buffer 97%).", "Wrote 700 of 700 MB (Buffer 100%)."});
+    feed(Mode::AudioCD, {"Wrote 651 of 700 MB (Buffer 97%).", "Wrote 700 of 700 MB (Buffer 100%)."});
     EXPECT_EQ(view.status, "Wrote 700 of 700 MB (Buffer 99%)");
     // Value is set before Max, as the bar has always been driven.
     EXPECT_EQ(view.progressEvents(),
@@ -48,7 +48,7 @@ TEST_F(Interpreter, ProgressIsThrottledToTwoUpdatesASecond) {
                            "Wrote 5 of 10 MB (Buffer 98%).", "Wrote 6 of 10 MB (Buffer 98%)."};
     std::vector<std::string> shown;
     for (const char *l : lines) {
-        feed("DATA CD", {l});
+        feed(Mode::DataCD, {l});
         shown.push_back(view.status);
         view.now += 0.3;
     }
@@ -59,17 +59,17 @@ TEST_F(Interpreter, ProgressIsThrottledToTwoUpdatesASecond) {
 }
 
 TEST_F(Interpreter, SecondMegabytePassesTheThrottleWithoutResettingIt) {
-    feed("WRITE CD", {"Wrote 2 of 10 MB (Buffer 100%)."});
+    feed(Mode::WriteCD, {"Wrote 2 of 10 MB (Buffer 100%)."});
     EXPECT_TRUE(view.progressEvents().empty());
-    feed("WRITE CD", {"Wrote 3 of 10 MB (Buffer 100%)."});  // same instant: 2 left no time behind
+    feed(Mode::WriteCD, {"Wrote 3 of 10 MB (Buffer 100%)."});  // same instant: 2 left no time behind
     EXPECT_EQ(view.status, "Wrote 3 of 10 MB (Buffer 99%)");
 }
 
 TEST_F(Interpreter, ProgressWithoutBufferFigureAndBadNumbers) {
-    feed("WRITE CD", {"Wrote 12 of 700 MB."});
+    feed(Mode::WriteCD, {"Wrote 12 of 700 MB."});
     EXPECT_EQ(view.status, "Wrote 12 of 700 MB");
     view.now += 1;
-    EXPECT_THROW(feed("WRITE CD", {"Wrote x of 700 MB (Buffer 100%)."}), RuntimeError);
+    EXPECT_THROW(feed(Mode::WriteCD, {"Wrote x of 700 MB (Buffer 100%)."}), RuntimeError);
 }
 
 TEST_F(Interpreter, BothProgressFormsOfDebiansCdrdaoShowTheProgramsBuffer) {
@@ -82,7 +82,7 @@ TEST_F(Interpreter, BothProgressFormsOfDebiansCdrdaoShowTheProgramsBuffer) {
     };
     for (const auto &[line, status] : lines) {
         view.now += 1;
-        EXPECT_NO_THROW(feed("WRITE CD", {line})) << line;
+        EXPECT_NO_THROW(feed(Mode::WriteCD, {line})) << line;
         EXPECT_EQ(view.status, status) << line;
     }
 }
@@ -110,22 +110,22 @@ TEST_F(Interpreter, ChainTranslatesTheFirstHitAndSetsTheOutcome) {
         RecordingView v;
         InterpreterState s;
         OutputInterpreter i(v, s, v.clock());
-        v.mode = "WRITE CD";
+        v.mode = Mode::WriteCD;
         i.objDOS_ReceiveOutputs(c.line);
         EXPECT_EQ(v.status, c.status) << c.line;
         EXPECT_EQ(v.writeFailed, c.fails) << c.line;
         EXPECT_EQ(v.log, c.line) << "chain lines stay in the log";
     }
     // "Blanking disk..." comes before "Write data failed." in the chain and ends it.
-    feed("ERASE CD", {"Blanking disk... Write data failed."});
+    feed(Mode::EraseCD, {"Blanking disk... Write data failed."});
     EXPECT_EQ(view.status, "Blanking disc... Write data failed.");
     EXPECT_FALSE(view.writeFailed);
 }
 
 TEST_F(Interpreter, OutcomeSoundsAndHiddenAbortHint) {
-    feed("ERASE CD", {"Blanking time: 60s"});
+    feed(Mode::EraseCD, {"Blanking time: 60s"});
     EXPECT_TRUE(view.writeSucceeded);
-    feed("COPY CD", {"Process can be aborted with QUIT signal (usually CTRL-\\).",
+    feed(Mode::CopyCD, {"Process can be aborted with QUIT signal (usually CTRL-\\).",
                      "WARNING: Unit not ready, still trying..."});
     EXPECT_EQ(view.status, "WARNING: Device not ready, still trying...");
     EXPECT_EQ(view.recordedSounds.played, std::vector<std::string>{"DeviceFail"});
@@ -133,43 +133,43 @@ TEST_F(Interpreter, OutcomeSoundsAndHiddenAbortHint) {
 }
 
 TEST_F(Interpreter, TrackLineShowsOnlyBeforeTheBarRuns) {
-    feed("WRITE CD", {"Writing track 01 (mode 1/2048)"});
+    feed(Mode::WriteCD, {"Writing track 01 (mode 1/2048)"});
     EXPECT_EQ(view.status, "Writing Track 01...");
     view.value = 5;
     view.status = "Wrote 5 of 10 MB";
-    feed("WRITE CD", {"Writing track 02 (mode 1/2048)"});
+    feed(Mode::WriteCD, {"Writing track 02 (mode 1/2048)"});
     EXPECT_EQ(view.status, "Wrote 5 of 10 MB");
 }
 
 TEST_F(Interpreter, EmptyTranslationShowsNothing) {
     view.texts["logBlankingDisc"] = "";
     view.status = "before";
-    feed("ERASE CD", {"Blanking disk..."});
+    feed(Mode::EraseCD, {"Blanking disk..."});
     EXPECT_EQ(view.status, "before");
 }
 
 // ------------------------------------------------------------ dispatch
 
 TEST_F(Interpreter, VersionInfoKeepsOnlyTheFirstLine) {
-    feed("VERSION INFO", {"", "Cdrdao version 1.2.4", "second", ""});
+    feed(Mode::VersionInfo, {"", "Cdrdao version 1.2.4", "second", ""});
     EXPECT_EQ(view.log, "Cdrdao version 1.2.4");
-    EXPECT_EQ(view.mode, "HIDE ME");
+    EXPECT_EQ(view.mode, Mode::HideMe);
     EXPECT_EQ(view.commandLog.size(), 4u);
 }
 
 TEST_F(Interpreter, GlobalHidesReloadTextAndUnknownModes) {
-    feed("", {"Initializing...", "Using driver: Generic SCSI-3/MMC", "plain line",
+    feed(Mode::None, {"Initializing...", "Using driver: Generic SCSI-3/MMC", "plain line",
               "if a simulation run was performed before. Reload the medium in this case."});
-    feed("DISC INFO",
+    feed(Mode::DiscInfo,
          {"Initializing", "That data below may not reflect the real status of the inserted medium"});
     EXPECT_EQ(view.log, "plain line\r\nMedia should be reloaded if a simulation was performed before.");
-    feed("HIDE ME", {"anything"});
+    feed(Mode::HideMe, {"anything"});
     EXPECT_EQ(view.commandLog.size(), 7u);
     EXPECT_EQ(view.log.find("anything"), std::string::npos);
 }
 
 TEST_F(Interpreter, DiscInfoWarnsButShowsTheLine) {
-    feed("DISC INFO", {"WARNING: Unit not ready, still trying..."});
+    feed(Mode::DiscInfo, {"WARNING: Unit not ready, still trying..."});
     EXPECT_EQ(view.status, "WARNING: Drive not ready, still trying...");
     EXPECT_EQ(view.recordedSounds.played, std::vector<std::string>{"DeviceFail"});
     EXPECT_EQ(view.log, "WARNING: Unit not ready, still trying...");
@@ -179,7 +179,7 @@ TEST(InterpreterTools, ToolPrefixesAreRemovedWhateverTheirCase) {
     RecordingView view;
     InterpreterState state;
     OutputInterpreter interpreter(view, state, view.clock(), "/cygdrive/C/prog/external");
-    view.mode = "";
+    view.mode = Mode::None;
     interpreter.objDOS_ReceiveOutputs("/CYGDRIVE/c/prog/external/mkisofs: 12.5% done");
     interpreter.objDOS_ReceiveOutputs("/cygdrive/C/prog/external/dvdrecord: fifo was 0 times empty");
     interpreter.objDOS_ReceiveOutputs("/usr/bin/mkisofs: stays");
@@ -188,7 +188,7 @@ TEST(InterpreterTools, ToolPrefixesAreRemovedWhateverTheirCase) {
 }
 
 TEST_F(Interpreter, DvdSizeRunIsStoppedOnceTheWriterStarts) {
-    feed("DVD_SIZE",
+    feed(Mode::DVDSize,
          {"Blocks total: 2295104 Blocks current: 2295104", "Starting to write CD/DVD at speed 4"});
     EXPECT_EQ(view.kills, 1);
     EXPECT_TRUE(view.log.empty());
@@ -197,29 +197,29 @@ TEST_F(Interpreter, DvdSizeRunIsStoppedOnceTheWriterStarts) {
 // ------------------------------------------------------------ DVD writing
 
 TEST_F(Interpreter, DvdProgressSetsMaxBeforeValue) {
-    feed("WRITE DVD", {"Track 01:   12 of  700 MB written (fifo 100%) [buf  99%]"});
+    feed(Mode::WriteDVD, {"Track 01:   12 of  700 MB written (fifo 100%) [buf  99%]"});
     EXPECT_EQ(view.progressEvents(), (std::vector<std::string>{"max 700", "value 12"}));
     EXPECT_EQ(view.status, "Wrote 12 of 700 MB (Buffer 99%)");
     view.now += 0.2;
-    feed("DATA DVD", {"Track 01:   13 of  700 MB written (fifo  88%) [buf  99%]"});
+    feed(Mode::DataDVD, {"Track 01:   13 of  700 MB written (fifo  88%) [buf  99%]"});
     EXPECT_EQ(view.status, "Wrote 12 of 700 MB (Buffer 99%)");
     view.now += 0.4;
-    feed("DATA DVD", {"Track 01:   14 of  700 MB written (fifo  88%) [buf  99%]"});
+    feed(Mode::DataDVD, {"Track 01:   14 of  700 MB written (fifo  88%) [buf  99%]"});
     EXPECT_EQ(view.status, "Wrote 14 of 700 MB (Buffer 88%)");
     EXPECT_TRUE(view.log.empty());
 }
 
 TEST_F(Interpreter, DvdHidesChainAndOutcome) {
-    feed("WRITE DVD", {"", "scsidev: 'SPTILOCK:1,0,0'", "Last chance to quit, starting real write",
+    feed(Mode::WriteDVD, {"", "scsidev: 'SPTILOCK:1,0,0'", "Last chance to quit, starting real write",
                        "Starting to write CD/DVD at speed 4 in real SAO mode for single session."});
     EXPECT_EQ(view.status, "Starting write at speed 4...");
     EXPECT_EQ(view.log, "Starting to write CD/DVD at speed 4 in real SAO mode for single session.");
-    feed("WRITE DVD", {"", "Writing track 01 (mode 1/2048)"});
+    feed(Mode::WriteDVD, {"", "Writing track 01 (mode 1/2048)"});
     EXPECT_EQ(view.status, "Starting write at speed 4...") << "track lines are not in the DVD chain";
     EXPECT_NE(view.log.find("\r\n\r\n"), std::string::npos) << "an empty line shows once the log has text";
-    feed("WRITE DVD", {"Writing  time:   12.345s"});
+    feed(Mode::WriteDVD, {"Writing  time:   12.345s"});
     EXPECT_TRUE(view.writeSucceeded);
-    feed("WRITE DVD", {"Write data failed."});
+    feed(Mode::WriteDVD, {"Write data failed."});
     EXPECT_TRUE(view.writeFailed);
 }
 
@@ -227,7 +227,7 @@ TEST_F(Interpreter, DvdHidesChainAndOutcome) {
 
 TEST_F(Interpreter, ReadTimeStampsMoveTheBar) {
     state.readSectors = 1500;
-    feed("READ CD", {"00:10:00"});
+    feed(Mode::ReadCD, {"00:10:00"});
     EXPECT_EQ(state.readSector, 750);
     EXPECT_TRUE(view.log.empty());
     EXPECT_EQ(view.status, "Cdrdao Reading Sector #750");
@@ -236,7 +236,7 @@ TEST_F(Interpreter, ReadTimeStampsMoveTheBar) {
     EXPECT_EQ(view.trayTip, "50% - saltmarrow");
 
     view.now += 0.2;
-    feed("READ CD", {"00:20:00"});
+    feed(Mode::ReadCD, {"00:20:00"});
     EXPECT_EQ(view.status, "Cdrdao Reading Sector #750") << "throttled";
     EXPECT_EQ(state.readSector, 1500);
     view.now += 0.4;
@@ -247,16 +247,16 @@ TEST_F(Interpreter, ReadTimeStampsMoveTheBar) {
 
 TEST_F(Interpreter, ReadWarningsAndBarCap) {
     state.readSectors = 100;
-    feed("READ CD", {"This drive does not support RW sub-channel reading."});
+    feed(Mode::ReadCD, {"This drive does not support RW sub-channel reading."});
     EXPECT_EQ(view.status, "This drive does not support RW sub-channel reading.");
     view.now += 1;
-    feed("READ CD", {"This drive does not support RW_RAW sub-channel reading."});
+    feed(Mode::ReadCD, {"This drive does not support RW_RAW sub-channel reading."});
     EXPECT_EQ(view.status, "This drive does not support RW_RAW sub-channel reading.");
     view.now += 1;
-    feed("READ CD", {"00:02:00"});
+    feed(Mode::ReadCD, {"00:02:00"});
     EXPECT_EQ(view.value, 100);
     EXPECT_EQ(view.caption, "150% - saltmarrow");
-    view.mode = "WRITE CD";
+    view.mode = Mode::WriteCD;
     const auto before = view.events.size();
     view.now += 1;
     interpreter.objDOS_nullOutputs();
@@ -264,9 +264,9 @@ TEST_F(Interpreter, ReadWarningsAndBarCap) {
 }
 
 TEST_F(Interpreter, TocLeadoutGivesTheDiscLengthAndStopsTheTool) {
-    feed("READ TOC", {" 1      AUDIO   0      00:00:00(     0)     04:13:50( 19025)"});
+    feed(Mode::ReadTOC, {" 1      AUDIO   0      00:00:00(     0)     04:13:50( 19025)"});
     EXPECT_EQ(view.kills, 0);
-    feed("READ TOC", {"Leadout AUDIO   0      61:25:10(276385)"});
+    feed(Mode::ReadTOC, {"Leadout AUDIO   0      61:25:10(276385)"});
     EXPECT_FLOAT_EQ(state.readSectors, 276385.0f);
     EXPECT_FLOAT_EQ(state.discBytes, 276385.0f * 2352.0f);
     EXPECT_EQ(view.kills, 1);

@@ -8,7 +8,7 @@
 
 #include "EnglishTexts.h"
 #include "exec/OutputInterpreter.h"
-#include "platform/Sounds.h"
+#include "testlib/RecordingSounds.h"
 
 namespace saltmarrow::test {
 
@@ -23,7 +23,7 @@ public:
     std::string status;
     std::string log;  // txtOutputs
     std::vector<std::string> commandLog;
-    std::string mode;
+    Mode mode = Mode::None;
     std::string caption;
     std::string trayTip;
     bool writeSucceeded = false;
@@ -32,7 +32,7 @@ public:
     double now = 1000.0;  // seconds since midnight
     // Texts a test puts in place of the program's own.
     std::map<std::string, std::string, std::less<>> texts;
-    platform::RecordingSounds recordedSounds;
+    RecordingSounds recordedSounds;
     std::function<bool(const std::string &)> run;     // commandExecute
     std::vector<std::string> frame;                   // what the read frame did to the form
     std::function<void(const std::string &)> onLine;  // sees each line first, as the log file does
@@ -88,8 +88,8 @@ public:
         if (onLine) onLine(line);
         commandLog.push_back(line);
     }
-    std::string currentMode() const override { return mode; }
-    void ChangeCurrentMode(const std::string &m) override { mode = m; }
+    Mode currentMode() const override { return mode; }
+    void ChangeCurrentMode(Mode m) override { mode = m; }
     bool commandExecute(const std::string &command) override {
         frame.push_back("execute " + command);
         return run ? run(command) : false;

@@ -22,13 +22,14 @@
 #include "shell/LanguageForms.h"
 #include "shell/SettingsControls.h"
 #include "shell/frmLanguage.h"
+#include "testlib/ScriptedDialogs.h"
 #include "testlib/TestSupport.h"
 
 namespace saltmarrow {
 namespace {
 
 using namespace std::string_literals;
-using platform::ScriptedDialogs;
+using test::ScriptedDialogs;
 using test::readFile;
 using test::TempDir;
 using test::writeFile;

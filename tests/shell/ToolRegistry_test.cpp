@@ -5,12 +5,13 @@
 #include <filesystem>
 
 #include "support/mdlFunctions.h"
+#include "testlib/ScriptedDialogs.h"
 #include "testlib/TestSupport.h"
 
 namespace saltmarrow {
 namespace {
 
-using platform::ScriptedDialogs;
+using test::ScriptedDialogs;
 using test::TempDir;
 using test::writeFile;
 namespace fs = std::filesystem;

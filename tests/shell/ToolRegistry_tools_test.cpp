@@ -2,6 +2,7 @@
 #include <unistd.h>
 
 #include "shell/ToolRegistry.h"
+#include "testlib/ScriptedDialogs.h"
 #include "testlib/TestSupport.h"
 
 namespace saltmarrow {
@@ -10,7 +11,7 @@ namespace {
 // The program folder of the build, with Debian's tools linked into external/
 // by scripts/setup.
 TEST(ToolRegistryTools, ReportListsTheDebianTools) {
-    platform::ScriptedDialogs dialogs;
+    test::ScriptedDialogs dialogs;
     MessageTable messages;
     ToolRegistry registry(SALTMARROW_APP_DIR, dialogs, messages);
     ToolPaths paths = registry.resolveTools();
