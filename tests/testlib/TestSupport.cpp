@@ -8,6 +8,9 @@
 #include <stdexcept>
 #include <unistd.h>
 
+#include "platform/ChildProcess.h"
+#include "platform/CommandLine.h"
+
 namespace saltmarrow::test {
 
 namespace fs = std::filesystem;
@@ -76,6 +79,22 @@ bool haveProgram(const std::string &name) {
     while (std::getline(dirs, dir, ':'))
         if (access((dir + "/" + name).c_str(), X_OK) == 0) return true;
     return false;
+}
+
+ToolResult runTool(const std::vector<std::string> &arguments, const std::string &folder) {
+    std::string line;
+    for (const std::string &a : arguments) line += (line.empty() ? "" : " ") + platform::quoteArgument(a);
+    ToolResult result;
+    platform::ChildProcess process;
+    if (!process.start(line, folder)) return result;
+    char buffer[4096];
+    for (;;) {
+        const bool ended = process.waitFor(50);
+        for (int n; (n = process.read(buffer, sizeof buffer)) > 0;) result.output.append(buffer, n);
+        if (ended) break;
+    }
+    result.exitCode = process.exitCode();
+    return result;
 }
 
 }  // namespace saltmarrow::test
