@@ -126,10 +126,6 @@ TEST(ToolRegistry, FindExternalComplainsOnlyWhenAsked) {
 
 TEST(ToolRegistry, CygwinRootFromAWindowsPath) {
     EXPECT_EQ(cygwinRootFrom("C:\\prog\\external\\cygwin1.dll"), "/cygdrive/C/prog/external");
-    for (const auto &tool : kExternalTools) {
-        EXPECT_EQ(tool.relativePath.find(".exe"), std::string_view::npos);
-        EXPECT_EQ(tool.windowsOnly, tool.field == &ToolPaths::cygwinRoot);
-    }
 }
 
 }  // namespace
