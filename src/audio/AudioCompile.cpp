@@ -58,7 +58,8 @@ bool isWaveFile(const std::string &path) {
     return !ec && size > 44 && std::string_view(head, 4) == "RIFF" && std::string_view(head + 8, 4) == "WAVE";
 }
 
-AudioCompile::AudioCompile(AudioProject &project, const AudioHost &host, CompileView &view, DOSOutputs &objDOS2)
+AudioCompile::AudioCompile(AudioProject &project, const AudioHost &host, CompileView &view,
+                           DOSOutputs &objDOS2)
     : project_(project), host_(host), view_(view), objDOS2_(objDOS2) {
     objDOS2_.ReceiveOutputs = [this](const std::string &line) { objDOS2_ReceiveOutputs(line); };
     objDOS2_.pump = [this] { host_.events(); };
@@ -81,10 +82,12 @@ bool AudioCompile::shortTracksAccepted() {
     std::string names;
     for (std::size_t i = 0; i < project_.count(); ++i) {
         const std::int32_t ms = trackTimeToMs(project_.track(i).Length);
-        if (ms > 0 && ms < kShortestTrackMs) names += "\r\n" + project_.rows[i].text + " (" + project_.track(i).Length + ")";
+        if (ms > 0 && ms < kShortestTrackMs)
+            names += "\r\n" + project_.rows[i].text + " (" + project_.track(i).Length + ")";
     }
     if (names.empty()) return true;
-    return host_.msgBox(host_.format("msgTrackTooShort", names.substr(2)), mb::YesNo | mb::Exclamation) == mb::Yes;
+    return host_.msgBox(host_.format("msgTrackTooShort", names.substr(2)), mb::YesNo | mb::Exclamation) ==
+           mb::Yes;
 }
 
 bool AudioCompile::spaceEnough(const CompileSettings &settings, const std::string &tempName) {
@@ -181,7 +184,8 @@ void AudioCompile::compile(const CompileSettings &settings) {
             if (!target.empty()) removeFile(target);
             break;
         }
-        if (settings.mnuWaveGain && decoderKind != "doh") waveGainList += " " + platform::quoteArgument(target);
+        if (settings.mnuWaveGain && decoderKind != "doh")
+            waveGainList += " " + platform::quoteArgument(target);
     }
     if (settings.mnuWaveGain && !compileCancelled) doWaveGain(settings, waveGainList);
 
@@ -197,7 +201,8 @@ void AudioCompile::compile(const CompileSettings &settings) {
     view_.setBarMax(kDiscSeconds);
     view_.setBarValue(barBefore);
     const Totals totals = project_.updateTotals(host_);
-    view_.setPanel(tracksLeftOut ? host_.format("msgTracksLeftOut", std::to_string(tracksLeftOut)) : totals.panel);
+    view_.setPanel(tracksLeftOut ? host_.format("msgTracksLeftOut", std::to_string(tracksLeftOut))
+                                 : totals.panel);
     running_ = false;
     view_.compileRunning(false);
     if (compileCancelled) compiledAny = false;
@@ -206,10 +211,11 @@ void AudioCompile::compile(const CompileSettings &settings) {
     if (!compiledAny) return;
 
     const auto seconds =
-        std::chrono::duration_cast<std::chrono::seconds>(std::chrono::steady_clock::now() - compileStart_).count();
-    const bool load = settings.mnuAutoWrite ||
-                      host_.msgBox(host_.format("msgProjectCompiled", std::to_string(seconds)),
-                                   mb::YesNo | mb::Question) == mb::Yes;
+        std::chrono::duration_cast<std::chrono::seconds>(std::chrono::steady_clock::now() - compileStart_)
+            .count();
+    const bool load =
+        settings.mnuAutoWrite || host_.msgBox(host_.format("msgProjectCompiled", std::to_string(seconds)),
+                                              mb::YesNo | mb::Question) == mb::Yes;
     if (!load) return;
     if (host_.loadCompiledToc) host_.loadCompiledToc(tempName_ + "/authored.toc", settings.mnuAutoWrite);
     view_.hideForm();
@@ -236,7 +242,8 @@ void AudioCompile::leaveOut(const AudioObjects &track, const std::string &toolOu
     if (toolOutput.size() > 2) host_.log(toolOutput.substr(2));
 }
 
-bool AudioCompile::decodeMp3(const std::string &command, const std::string &target, const AudioObjects &track) {
+bool AudioCompile::decodeMp3(const std::string &command, const std::string &target,
+                             const AudioObjects &track) {
     decoderBusy = true;
     view_.setBarValue(0);
     view_.setBarMax(decoderKind == "mp3" ? trackTimeToMs(track.OrigLength) / 1000 + 1 : 100);

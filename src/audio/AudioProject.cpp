@@ -92,7 +92,8 @@ std::string AudioProject::newKey(std::string_view suffix) {
     }
 }
 
-std::size_t AudioProject::appendTrack(AudioObjects record, const std::string &rowText, std::string_view keySuffix) {
+std::size_t AudioProject::appendTrack(AudioObjects record, const std::string &rowText,
+                                      std::string_view keySuffix) {
     TrackRow row;
     row.Tag = newKey(keySuffix);
     row.text = rowText;
@@ -104,8 +105,9 @@ std::size_t AudioProject::appendTrack(AudioObjects record, const std::string &ro
     return rows.size() - 1;
 }
 
-AddResult AudioProject::addTrack(const std::string &FullPath, const std::string &Pause, const std::string &Start,
-                                 const std::string &Length, const AddOptions &options, const AudioHost &host) {
+AddResult AudioProject::addTrack(const std::string &FullPath, const std::string &Pause,
+                                 const std::string &Start, const std::string &Length,
+                                 const AddOptions &options, const AudioHost &host) {
     host.events();
     const std::string extension = extensionOf(FullPath);
     if (!oneOf(extension, kAudioKinds)) {
@@ -113,7 +115,8 @@ AddResult AudioProject::addTrack(const std::string &FullPath, const std::string 
         if (host.importList) host.importList(extension, FullPath);
         return AddResult::Routed;
     }
-    if (vb::InStr(options.audioExtensions, vb::LCase(extension), vb::Compare::Text) == 0) return AddResult::Ignored;
+    if (vb::InStr(options.audioExtensions, vb::LCase(extension), vb::Compare::Text) == 0)
+        return AddResult::Ignored;
 
     strAlbumTitle.clear();
     strAlbumArtist.clear();
@@ -177,7 +180,8 @@ void AudioProject::addFolder(const std::string &folder, const AddOptions &option
     for (const auto &path : files) addTrack(path, "", "00:00:00", "", options, host);
 }
 
-void AudioProject::addFiles(std::vector<std::string> paths, const AddOptions &options, const AudioHost &host) {
+void AudioProject::addFiles(std::vector<std::string> paths, const AddOptions &options,
+                            const AudioHost &host) {
     std::vector<std::string> files;
     for (auto &path : paths) {
         std::error_code ec;
@@ -353,7 +357,8 @@ std::vector<long> AudioProject::freedbLengths() const {
     lengths.push_back(trackTimeToMs(track(0).Pause));
     for (std::size_t i = 0; i < rows.size(); ++i) {
         long ms = trackTimeToMs(track(i).Length);
-        if (i + 1 < rows.size() && track(i + 1).PregapType == "PREGAP") ms += trackTimeToMs(track(i + 1).Pause);
+        if (i + 1 < rows.size() && track(i + 1).PregapType == "PREGAP")
+            ms += trackTimeToMs(track(i + 1).Pause);
         lengths.push_back(ms);
     }
     return lengths;

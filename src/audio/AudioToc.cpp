@@ -18,8 +18,9 @@ struct ModeRow {
 };
 
 constexpr ModeRow kModes[] = {
-    {"ISO", "MODE1"},  {"DAT", "MODE1"}, {"BIN", "MODE1"}, {"WAV", "AUDIO"}, {"MP3", "AUDIO"}, {"MP2", "AUDIO"},
-    {"APE", "AUDIO"},  {"OGG", "AUDIO"}, {"FLAC", "AUDIO"}, {"MPC", "AUDIO"}, {"AAC", "AUDIO"}, {"MP4", "AUDIO"},
+    {"ISO", "MODE1"},  {"DAT", "MODE1"}, {"BIN", "MODE1"}, {"WAV", "AUDIO"},
+    {"MP3", "AUDIO"},  {"MP2", "AUDIO"}, {"APE", "AUDIO"}, {"OGG", "AUDIO"},
+    {"FLAC", "AUDIO"}, {"MPC", "AUDIO"}, {"AAC", "AUDIO"}, {"MP4", "AUDIO"},
 };
 
 // A TOC string ends at its line: quotes are removed, and a control
@@ -90,8 +91,8 @@ std::string tocTrack(AudioProject &project, std::size_t row, const std::string &
         if (pause) {
             const AudioObjects &previous = project.track(row - 1);
             const std::string field = previous.Finish != previous.Length ? " " + t.Pause : std::string();
-            block += "FILE \"" + vb::Replace(lastTocFile, "\\", "/") + "\" " + minus(previous.Length, t.Pause) +
-                     field + "\r\nSTART\r\n";
+            block += "FILE \"" + vb::Replace(lastTocFile, "\\", "/") + "\" " +
+                     minus(previous.Length, t.Pause) + field + "\r\nSTART\r\n";
         }
         block += fileStatement;
     }

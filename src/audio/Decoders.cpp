@@ -14,10 +14,14 @@ struct ExtensionRow {
 
 // The Musepack decoder writes far more than the others, Monkey's Audio far less.
 constexpr ExtensionRow kDecoders[] = {
-    {"MP3", {"mp3", &DecoderCommands::decodeCmdMp3, 512}},   {"MP2", {"mp3", &DecoderCommands::decodeCmdMp3, 512}},
-    {"APE", {"ape", &DecoderCommands::decodeCmdApe, 256}},   {"OGG", {"ogg", &DecoderCommands::decodeCmdOgg, 512}},
-    {"FLAC", {"flac", &DecoderCommands::decodeCmdFlac, 512}}, {"MPC", {"mpc", &DecoderCommands::decodeCmdMpc, 8192}},
-    {"AAC", {"aac", &DecoderCommands::decodeCmdAac, 512}},   {"MP4", {"aac", &DecoderCommands::decodeCmdAac, 512}},
+    {"MP3", {"mp3", &DecoderCommands::decodeCmdMp3, 512}},
+    {"MP2", {"mp3", &DecoderCommands::decodeCmdMp3, 512}},
+    {"APE", {"ape", &DecoderCommands::decodeCmdApe, 256}},
+    {"OGG", {"ogg", &DecoderCommands::decodeCmdOgg, 512}},
+    {"FLAC", {"flac", &DecoderCommands::decodeCmdFlac, 512}},
+    {"MPC", {"mpc", &DecoderCommands::decodeCmdMpc, 8192}},
+    {"AAC", {"aac", &DecoderCommands::decodeCmdAac, 512}},
+    {"MP4", {"aac", &DecoderCommands::decodeCmdAac, 512}},
     {"WAV", {"wav", nullptr, 512}},
 };
 
@@ -74,7 +78,7 @@ struct ProgressRow {
 };
 
 constexpr ProgressRow kProgress[] = {
-    {"mp3", mp3Progress}, {"ape", apeProgress}, {"ogg", oggProgress},
+    {"mp3", mp3Progress},   {"ape", apeProgress}, {"ogg", oggProgress},
     {"flac", flacProgress}, {"mpc", mpcProgress}, {"aac", aacProgress},
 };
 

@@ -66,8 +66,9 @@ struct ExtensionTool {
 };
 
 constexpr ExtensionTool kToolExtensions[] = {
-    {&DecoderTools::strLame, ";*.mp3;*.mp2"}, {&DecoderTools::strOGG, ";*.ogg"}, {&DecoderTools::strFLAC, ";*.flac"},
-    {&DecoderTools::strMPC, ";*.mpc"},        {&DecoderTools::strAAC, ";*.aac;*.mp4"}, {&DecoderTools::strMAC, ";*.ape"},
+    {&DecoderTools::strLame, ";*.mp3;*.mp2"}, {&DecoderTools::strOGG, ";*.ogg"},
+    {&DecoderTools::strFLAC, ";*.flac"},      {&DecoderTools::strMPC, ";*.mpc"},
+    {&DecoderTools::strAAC, ";*.aac;*.mp4"},  {&DecoderTools::strMAC, ";*.ape"},
 };
 
 struct DecoderSetting {
@@ -86,7 +87,8 @@ constexpr DecoderSetting kDecoderSettings[] = {
 };
 
 const char *const kFilterPrompt =
-    "Please enter filter for filename(s).\r\n\r\n%0 = Discard\t%1 = Artist\t%2 = Title\r\n%3 = Album\t%4 = Track #";
+    "Please enter filter for filename(s).\r\n\r\n%0 = Discard\t%1 = Artist\t%2 = Title\r\n%3 = Album\t%4 = "
+    "Track #";
 
 }  // namespace
 
@@ -240,8 +242,9 @@ void frmAudioCD::connectHandlers() {
     on(mnuTempFolder, "mnuTempFolder_Click", [this] { mnuTempFolder_Click(); });
     on(cmdFreedb, "cmdFreedb_Click", [this] { cmdFreedb_Click(); });
     on(cmdCompile, "cmdCompile_Click", [this] { cmdCompile_Click(); });
-    connect(listFiles->header(), &QHeaderView::sectionClicked, this,
-            [this](int column) { run("listFiles_ColumnClick", [=, this] { listFiles_ColumnClick(column); }); });
+    connect(listFiles->header(), &QHeaderView::sectionClicked, this, [this](int column) {
+        run("listFiles_ColumnClick", [=, this] { listFiles_ColumnClick(column); });
+    });
     connect(listFiles, &QTreeWidget::itemDoubleClicked, this,
             [this] { run("listFiles_DblClick", [this] { listFiles_DblClick(); }); });
     connect(listFiles, &QWidget::customContextMenuRequested, this,
@@ -265,8 +268,8 @@ void frmAudioCD::Form_Load() {
     for (const auto &row : kDecoderSettings)
         decoders.*row.command = decoderPrefix(host_.tools.*row.tool, host_.value(row.key));
 
-    listFiles->setHeaderLabels({q(host_.text("listTrack")), q(host_.text("listPause")),
-                                q(host_.text("listLength")), QString()});
+    listFiles->setHeaderLabels(
+        {q(host_.text("listTrack")), q(host_.text("listPause")), q(host_.text("listLength")), QString()});
     listFiles->setColumnHidden(kColumnPosition, true);
     savedCompileCaption = s(cmdCompile->text());
     cmdFreedb->setEnabled(static_cast<bool>(host_.QueryFreedb));
@@ -365,7 +368,8 @@ void frmAudioCD::mnuAddFiles_Click() {
 
 void frmAudioCD::mnuAddFolder_Click() {
     if (!host_.dialogs) return;
-    auto folder = host_.dialogs->browseFolder(host_.text("msgBrowseForFolder"), host_.value("MRUAudio"), "", false);
+    auto folder =
+        host_.dialogs->browseFolder(host_.text("msgBrowseForFolder"), host_.value("MRUAudio"), "", false);
     if (!folder) return;
     host_.setValue("MRUAudio", folder->folder);
     batch([&] { project.addFolder(folder->folder, addOptions(), host_); });
@@ -448,7 +452,8 @@ void frmAudioCD::mnuProperties_Click() {
 
 void frmAudioCD::mnuFilterFilename_Click() {
     if (project.count() == 0 || !host_.dialogs) return;
-    std::optional<std::string> filter = host_.dialogs->inputBox(kFilterPrompt, "", host_.value("CDTextFilter"));
+    std::optional<std::string> filter =
+        host_.dialogs->inputBox(kFilterPrompt, "", host_.value("CDTextFilter"));
     if (!filter || filter->empty()) return;
     const bool selectedOnly =
         host_.msgBox(host_.text("msgFilterTracks"), mb::YesNo | mb::Question) == mb::Yes;
@@ -469,7 +474,8 @@ void frmAudioCD::mnuCDText_Click() {
 
 void frmAudioCD::mnuTempFolder_Click() {
     if (!host_.dialogs) return;
-    auto folder = host_.dialogs->browseFolder(host_.text("msgBrowseForFolder"), host_.value("TempFolder"), "", false);
+    auto folder =
+        host_.dialogs->browseFolder(host_.text("msgBrowseForFolder"), host_.value("TempFolder"), "", false);
     if (!folder) return;
     const std::string tempName = host_.tempName ? host_.tempName() : std::string();
     std::error_code ec;

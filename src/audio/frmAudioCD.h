@@ -73,7 +73,8 @@ public:
     QProgressBar *pbCopyProgress;
     QMenu *mnuFile, *mnuList, *mnuOptions;
     QAction *mnuAddFiles, *mnuAddFolder, *mnuSaveTracklist, *mnuClear;
-    QAction *mnuTrackUp, *mnuTrackDown, *mnuRemoveFile, *mnuPause, *mnuFilterFilename, *mnuSplit, *mnuProperties;
+    QAction *mnuTrackUp, *mnuTrackDown, *mnuRemoveFile, *mnuPause, *mnuFilterFilename, *mnuSplit,
+        *mnuProperties;
     QAction *mnuCDText, *mnuWaveGain, *mnuAutoWrite, *mnuTempFolder;
 
     AudioCompile &compiler() { return compile_; }

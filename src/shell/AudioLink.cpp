@@ -21,15 +21,21 @@ AudioHost audioHost(frmMain &main) {
     host.dialogs = env.dialogs;
     host.message = [&main](std::string_view key) { return main.messages.text(key); };
     host.setting = [&main](std::string_view key) { return main.settings.text(key); };
-    host.setSetting = [&main](std::string_view key, const std::string &value) { main.settings.setText(key, value); };
-    host.tools = DecoderTools{main.paths.strLame, main.paths.strOGG, main.paths.strFLAC, main.paths.strMAC,
+    host.setSetting = [&main](std::string_view key, const std::string &value) {
+        main.settings.setText(key, value);
+    };
+    host.tools = DecoderTools{main.paths.strLame, main.paths.strOGG, main.paths.strFLAC,    main.paths.strMAC,
                               main.paths.strMPC,  main.paths.strAAC, main.paths.strWaveGain};
     host.tempName = [&main] { return main.strTempName; };
     host.setTempName = [&main](const std::string &folder) { main.strTempName = folder; };
     host.writeCommandLog = [&main](const std::string &line) { main.runner.log.writeLine(line); };
-    host.replaceFile = [](const std::string &path, std::string_view bytes) { replaceFileAtomically(path, bytes); };
+    host.replaceFile = [](const std::string &path, std::string_view bytes) {
+        replaceFileAtomically(path, bytes);
+    };
     host.letEventsRun = [] { QCoreApplication::processEvents(); };
-    host.loadCompiledToc = [&main](const std::string &toc, bool autoWrite) { loadAudioToc(main, toc, autoWrite); };
+    host.loadCompiledToc = [&main](const std::string &toc, bool autoWrite) {
+        loadAudioToc(main, toc, autoWrite);
+    };
     host.openDocument = env.openDocument;
     host.guard = [&env](const char *procedure, const std::function<void()> &handler) {
         guard(*env.errors, "frmAudioCD", procedure, handler, [&env] {

@@ -30,13 +30,17 @@ struct Compile : ::testing::Test {
     CompileSettings settings;
 
     void SetUp() override {
-        for (const char *tool : {"sox", "lame", "oggenc", "flac", "mpcenc", "madplay", "oggdec", "mpcdec", "faad"})
+        for (const char *tool :
+             {"sox", "lame", "oggenc", "flac", "mpcenc", "madplay", "oggdec", "mpcdec", "faad"})
             if (!haveProgram(tool)) GTEST_SKIP() << tool << " is not installed (scripts/setup installs it)";
         settings.strTempFolder = dir.file("temp");
         settings.mnuAutoWrite = true;  // no question at the end
         settings.decoders = {decoderPrefix("madplay", "-v %s --output=wave:%d -S --sample-rate=44100"),
-                             decoderPrefix("oggdec", "%s -o %d"), decoderPrefix("flac", "-d %s -o %d"), "",
-                             decoderPrefix("mpcdec", "%s %d"), decoderPrefix("faad", "%s -o %d")};
+                             decoderPrefix("oggdec", "%s -o %d"),
+                             decoderPrefix("flac", "-d %s -o %d"),
+                             "",
+                             decoderPrefix("mpcdec", "%s %d"),
+                             decoderPrefix("faad", "%s -o %d")};
     }
     void tool(const std::string &command) {
         ASSERT_TRUE(DOSOutputs().ExecuteCommand(command, 4096, 1, dir.path())) << command;
@@ -57,8 +61,8 @@ struct Compile : ::testing::Test {
         return out;
     }
     void add(const std::string &path) {
-        project.addTrack(path, "", "00:00:00", "", {false, true, "*.wav;*.mp3;*.mp2;*.ogg;*.flac;*.mpc;*.aac"},
-                         h.host);
+        project.addTrack(path, "", "00:00:00", "",
+                         {false, true, "*.wav;*.mp3;*.mp2;*.ogg;*.flac;*.mpc;*.aac"}, h.host);
     }
     void run() {
         project.updateTotals(h.host);
@@ -76,8 +80,9 @@ struct Compile : ::testing::Test {
 }  // namespace
 
 TEST_F(Compile, EveryDecoderGivesACDWaveAndTheSecondCompileDecodesNothing) {
-    std::vector<std::string> sources = {make("a.mp3"), make("m48.mp3", 6, 48000, 1), make("o.ogg"),
-                                        make("f.flac"), make("p.mpc"), make("w.wav")};
+    std::vector<std::string> sources = {make("a.mp3"), make("m48.mp3", 6, 48000, 1),
+                                        make("o.ogg"), make("f.flac"),
+                                        make("p.mpc"), make("w.wav")};
     if (haveProgram("faac")) sources.push_back(make("c.aac"));
     for (const auto &s : sources) add(s);
     ASSERT_EQ(project.count(), sources.size()) << "a mono MP3 at 48000 Hz is added";
@@ -147,9 +152,10 @@ TEST_F(Compile, WaveGainWorksOnCopiesAndReportsToTheLog) {
     EXPECT_EQ(readFile(temp("own.wav")).at(44), '\x55') << "the copy got the gain";
     EXPECT_EQ(readFile(fixture("wavegain.log")),
               "--radio\n--gain\n3\n--apply\n" + temp("own.wav") + "\n" + temp("x.wav") + "\n");
-    EXPECT_EQ(h.log.back(),
-              "WaveGain settings were applied as follows:\r\n\r\nTrack 01: -2.50 dB  |  32767  |   0.75  |  24575"
-              "\r\nTrack 03: -2.50 dB  |  32767  |   0.75  |  24575");
+    EXPECT_EQ(
+        h.log.back(),
+        "WaveGain settings were applied as follows:\r\n\r\nTrack 01: -2.50 dB  |  32767  |   0.75  |  24575"
+        "\r\nTrack 03: -2.50 dB  |  32767  |   0.75  |  24575");
     EXPECT_EQ(panels("Skipping Track: "), 1);
     EXPECT_NE(toc().find(temp("own.wav")), std::string::npos);
 }
@@ -166,9 +172,9 @@ TEST_F(Compile, HostileNamesDecodeToTheirOwnTargetAndReachCdrdaoByALink) {
         if (!e.is_directory()) files.push_back(e.path().lexically_relative(dir.path()).string());
     std::sort(files.begin(), files.end());
     const std::string t = fs::relative(h.tempName, dir.path()).string();
-    EXPECT_EQ(files, (std::vector<std::string>{".profile-src.wav", "a\" -o \"/home/x/.profile.mp3", "it's \"q\\.wav",
-                                               t + "/.profile.wav", t + "/CDText.txt", t + "/authored.toc",
-                                               t + "/~link02.wav"}));
+    EXPECT_EQ(files, (std::vector<std::string>{".profile-src.wav", "a\" -o \"/home/x/.profile.mp3",
+                                               "it's \"q\\.wav", t + "/.profile.wav", t + "/CDText.txt",
+                                               t + "/authored.toc", t + "/~link02.wav"}));
     EXPECT_EQ(fs::read_symlink(temp("~link02.wav")), wav);
     DOSOutputs cdrdao;
     EXPECT_TRUE(cdrdao.ExecuteCommand("cdrdao toc-info " + platform::quoteArgument(temp("authored.toc"))))

@@ -1,9 +1,10 @@
 // The track list's rules on the plain project: adding and its refusals, the
 // totals, order, names from tags, file names and the disc database.
+#include "audio/AudioProject.h"
+
 #include <gtest/gtest.h>
 
 #include "AudioTestHost.h"
-#include "audio/AudioProject.h"
 #include "testlib/TestSupport.h"
 
 using namespace saltmarrow;
@@ -54,7 +55,8 @@ TEST(AudioProject, AddingChecksKindDecoderRateAndChannelsInThatOrder) {
     for (const auto &c : cases) {
         h.dialogs.prompts.clear();
         EXPECT_EQ(p.addTrack(dir.file(c.file), "", "00:00:00", "", on, h.host), c.result) << c.file;
-        EXPECT_EQ(h.boxes(), c.box.empty() ? std::vector<std::string>{} : std::vector<std::string>{c.box}) << c.file;
+        EXPECT_EQ(h.boxes(), c.box.empty() ? std::vector<std::string>{} : std::vector<std::string>{c.box})
+            << c.file;
     }
     EXPECT_EQ(h.imports, std::vector<std::string>{"CUE " + dir.file("list.cue")});
     ASSERT_EQ(p.count(), 2u);
@@ -82,7 +84,8 @@ TEST(AudioProject, TotalsCountPregapsButNotGapsInsideTheSource) {
 
 TEST(AudioProject, MovesSortingAndRemovalKeepRowsAndRecordsTogether) {
     AudioProject p;
-    for (const char *n : {"c", "a", "b"}) p.appendTrack(record(std::string("/m/") + n + ".wav", "00:10:00"), n);
+    for (const char *n : {"c", "a", "b"})
+        p.appendTrack(record(std::string("/m/") + n + ".wav", "00:10:00"), n);
     EXPECT_FALSE(p.moveUp(0));
     EXPECT_FALSE(p.moveDown(2));
     EXPECT_EQ(p.moveDown(0), 1u);

@@ -23,9 +23,9 @@ inline void writeWave(const std::string &path, int rate = 44100, int channels = 
         return s;
     };
     std::ofstream(path, std::ios::binary)
-        << "RIFF" << le(36 + bytes, 4) << "WAVEfmt " << le(16, 4) << le(1, 2) << le(channels, 2) << le(rate, 4)
-        << le(rate * channels * 2, 4) << le(channels * 2, 2) << le(16, 2) << "data" << le(bytes, 4)
-        << std::string(bytes, '\0');
+        << "RIFF" << le(36 + bytes, 4) << "WAVEfmt " << le(16, 4) << le(1, 2) << le(channels, 2)
+        << le(rate, 4) << le(rate * channels * 2, 4) << le(channels * 2, 2) << le(16, 2) << "data"
+        << le(bytes, 4) << std::string(bytes, '\0');
 }
 
 // The main window as a test plays it: English texts, settings in a map,
@@ -46,11 +46,15 @@ struct AudioTestHost {
             auto it = settings.find(key);
             return it == settings.end() ? std::string() : it->second;
         };
-        host.setSetting = [this](std::string_view key, const std::string &v) { settings[std::string(key)] = v; };
+        host.setSetting = [this](std::string_view key, const std::string &v) {
+            settings[std::string(key)] = v;
+        };
         host.tempName = [this] { return tempName; };
         host.setTempName = [this](const std::string &t) { tempName = t; };
         host.writeCommandLog = [this](const std::string &line) { log.push_back(line); };
-        host.importList = [this](const std::string &kind, const std::string &p) { imports.push_back(kind + " " + p); };
+        host.importList = [this](const std::string &kind, const std::string &p) {
+            imports.push_back(kind + " " + p);
+        };
         host.freeSpace = [this](const std::string &p) { return space ? space : platform::volumeSpace(p); };
         host.loadCompiledToc = [this](const std::string &toc, bool) { loaded = toc; };
     }

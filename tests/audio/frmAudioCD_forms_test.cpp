@@ -88,8 +88,10 @@ TEST(AudioWindow, FilesAreCompiledHandedToTheMainWindowAndWritten) {
     installLinuxFakeDrive(app.path(), {writer});
     fs::create_symlink(onPath("madplay"), app.path() + "/external/madplay");
     const std::string wav = music.file("one.wav"), mp3 = music.file("two.mp3");
-    DOSOutputs().ExecuteCommand("sox -n -r 44100 -c 2 -b 16 " + platform::quoteArgument(wav) + " synth 6 sine 440");
-    DOSOutputs().ExecuteCommand("lame --quiet " + platform::quoteArgument(wav) + " " + platform::quoteArgument(mp3));
+    DOSOutputs().ExecuteCommand("sox -n -r 44100 -c 2 -b 16 " + platform::quoteArgument(wav) +
+                                " synth 6 sine 440");
+    DOSOutputs().ExecuteCommand("lame --quiet " + platform::quoteArgument(wav) + " " +
+                                platform::quoteArgument(mp3));
 
     auto h = ShellHarness::inFolder(app.path(), "", false);
     frmMain &f = h->form();
@@ -106,7 +108,8 @@ TEST(AudioWindow, FilesAreCompiledHandedToTheMainWindowAndWritten) {
 
     EXPECT_TRUE(audio.isHidden());
     EXPECT_EQ(f.currentMode, "AUDIO CD");
-    EXPECT_EQ(f.sbPanel[0]->text().toStdString() + "|" + f.txtStatus->text().toStdString(), "AUDIO CD|AUDIO CD");
+    EXPECT_EQ(f.sbPanel[0]->text().toStdString() + "|" + f.txtStatus->text().toStdString(),
+              "AUDIO CD|AUDIO CD");
     EXPECT_EQ(f.slot.strFilename, f.strTempName + "/authored.toc");
     f.cmdWrite->click();
 
@@ -118,6 +121,7 @@ TEST(AudioWindow, FilesAreCompiledHandedToTheMainWindowAndWritten) {
     // The fake drive reads every byte of every file the sheet names.
     const auto bytes = fs::file_size(wav) + fs::file_size(f.strTempName + "/two.wav");
     const std::string total = std::to_string((bytes + 1048575) / 1048576);
-    EXPECT_NE(readFile(app.path() + "/external/TEMP/commandlog.txt").find("Wrote " + total + " of " + total + " MB"),
+    EXPECT_NE(readFile(app.path() + "/external/TEMP/commandlog.txt")
+                  .find("Wrote " + total + " of " + total + " MB"),
               std::string::npos);
 }
