@@ -63,6 +63,7 @@ void showAudioCD(frmMain &main) {
         applyLanguage(main.audioCD, false, main.settings.text("Language"), main.messages, main.appDir);
         main.audioCD->Form_Load();
     }
+    main.audioCD->enableTooltips(main.mnuMouseOver->isChecked());
     main.audioCD->show();
     main.audioCD->raise();
     main.audioCD->activateWindow();

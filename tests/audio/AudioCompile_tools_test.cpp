@@ -6,7 +6,6 @@
 #include <filesystem>
 
 #include "AudioTestHost.h"
-#include "audio/AudioCompile.h"
 #include "audio/mdlMediaInfo.h"
 #include "exec/DOSOutputs.h"
 #include "platform/CommandLine.h"
@@ -70,10 +69,9 @@ struct Compile : ::testing::Test {
     }
     std::string temp(const std::string &name) const { return h.tempName + "/" + name; }
     std::string toc() const { return readFile(temp("authored.toc")); }
-    int panels(const std::string &start) const {
-        int n = 0;
-        for (const auto &p : view.panels) n += p.rfind(start, 0) == 0;
-        return n;
+    long panels(const std::string &start) const {
+        return std::count_if(view.panels.begin(), view.panels.end(),
+                             [&](auto &p) { return p.rfind(start, 0) == 0; });
     }
 };
 

@@ -1,6 +1,5 @@
 // The track list's rules on the plain project: adding and its refusals, the
-// totals, order, names from tags, file names and the disc database.
-#include "audio/AudioProject.h"
+// totals, order, names from tags and from file names.
 
 #include <gtest/gtest.h>
 
@@ -133,18 +132,4 @@ TEST(AudioProject, AlbumNamesAndNamesFromFileNames) {
     p.refreshTrackNames(true);
     EXPECT_EQ(p.rows[0].text, "Foo");
     EXPECT_EQ(p.rows[1].text, "03 - Foo - Bar");
-}
-
-TEST(AudioProject, DiscDatabaseLengthsAndNames) {
-    AudioProject p;
-    p.appendTrack(record("/m/a.wav", "03:00:00", "00:02:00"), "a");
-    p.appendTrack(record("/m/b.wav", "04:00:00", "00:01:00"), "b");
-    p.appendTrack(record("/m/c.wav", "01:00:00", "00:01:00", "PRE_TRACK"), "c");
-    EXPECT_EQ(p.freedbLengths(), (std::vector<long>{2000, 181000, 240000, 60000}));
-    p.track(0).TrackNumber = "01";
-    p.applyFreedb({{"Album", "Band"}, {"One", "Band"}, {"Two", "Guest"}});
-    EXPECT_EQ(p.track(0).ID3merged, "01 - One");
-    EXPECT_EQ(p.track(1).Artist + p.track(1).Album, "GuestAlbum");
-    EXPECT_EQ(p.track(2).Title, "") << "no name for the third track";
-    EXPECT_EQ(p.strAlbumTitle + "/" + p.strAlbumArtist, "Album/Band");
 }

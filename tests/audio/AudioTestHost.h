@@ -71,15 +71,11 @@ struct RecordingView : CompileView {
     std::int64_t value = 0, max = 4800;
     std::vector<std::string> panels;
     bool hidden = false, enabled = true;
-    std::function<void(const std::string &)> onPanel;
     std::int64_t barValue() const override { return value; }
     std::int64_t barMax() const override { return max; }
     void setBarMax(std::int64_t m) override { max = m; }
     void setBarValue(std::int64_t v) override { value = v; }
-    void setPanel(const std::string &text) override {
-        panels.push_back(text);
-        if (onPanel) onPanel(text);
-    }
+    void setPanel(const std::string &text) override { panels.push_back(text); }
     void selectRow(std::size_t, bool) override {}
     void compileRunning(bool) override {}
     void enableControls(bool enable) override { enabled = enable; }

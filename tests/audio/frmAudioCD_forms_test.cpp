@@ -14,7 +14,6 @@
 
 #include "AudioTestHost.h"
 #include "audio/frmAudioCD.h"
-#include "exec/DOSOutputs.h"
 #include "platform/CommandLine.h"
 #include "support/mdlFunctions.h"
 #include "testlib/FakeDrive.h"
@@ -48,7 +47,7 @@ TEST(AudioWindow, KeysTheDiscDatabaseAndWhatIsNotThere) {
     writeWave(music.file("b.wav"), 44100, 2, 3000);
     writeWave(music.file("a.wav"), 44100, 2, 4000);
     AudioTestHost h;
-    h.settings["UseCDText"] = "True";
+    h.settings["UseCDText"] = h.settings["2secGap"] = "True";
     std::vector<long> asked;
     std::vector<std::string> opened;
     h.host.QueryFreedb = [&](const std::vector<long> &lengths) -> std::optional<FreedbResult> {
@@ -64,9 +63,9 @@ TEST(AudioWindow, KeysTheDiscDatabaseAndWhatIsNotThere) {
 
     form.dropFiles({music.file("b.wav"), music.file("a.wav")});
     EXPECT_EQ(rowTexts(form.listFiles), (std::vector<std::string>{"a 00:04:00", "b 00:03:00"}));
-    EXPECT_EQ(form.sbPanel1->text().toStdString(), "Total Time: 0mins 7secs");
+    EXPECT_EQ(form.sbPanel1->text().toStdString(), "Total Time: 0mins 11secs");
     form.cmdFreedb->click();
-    EXPECT_EQ(asked, (std::vector<long>{0, 4000, 3000}));
+    EXPECT_EQ(asked, (std::vector<long>{2000, 6000, 3000})) << "a track with the gap in front of the next";
     EXPECT_EQ(rowTexts(form.listFiles), (std::vector<std::string>{"First 00:04:00", "Second 00:03:00"}));
 
     form.listFiles->topLevelItem(1)->setSelected(true);
