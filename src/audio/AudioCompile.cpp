@@ -138,6 +138,16 @@ void AudioCompile::compile(const CompileSettings &settings) {
     running_ = true;
     view_.compileRunning(true);
     view_.enableControls(false);
+    // Whatever goes wrong on the way, the window is given back.
+    struct Restore {
+        AudioCompile &c;
+        ~Restore() {
+            if (!c.running_) return;
+            c.running_ = false;
+            c.view_.compileRunning(false);
+            c.view_.enableControls(true);
+        }
+    } restore{*this};
     fs::create_directories(tempName_, ec);
     project_.findAlbumNames();
     std::string toc = tocHead(project_, settings.mnuCDText);
