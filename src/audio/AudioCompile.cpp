@@ -184,7 +184,7 @@ void AudioCompile::compile(const CompileSettings &settings) {
         if (decoderKind == "doh") {
             if (!compileCancelled) leaveOut(t, toolOutput);
         } else {
-            toc += tocTrack(project_, row_, tocPath(target.empty() ? t.FullPath : target, tempName_, row_),
+            toc += tocTrack(project_, row_, shortPathUpper(target.empty() ? t.FullPath : target, row_),
                             settings.mnuCDText, lastTocFile) +
                    "\r\n";
             compiledAny = true;
@@ -231,13 +231,13 @@ void AudioCompile::compile(const CompileSettings &settings) {
     view_.hideForm();
 }
 
-std::string AudioCompile::tocPath(const std::string &path, const std::string &tempName, std::size_t row) {
+std::string AudioCompile::shortPathUpper(const std::string &path, std::size_t row) {
     if (plainForToc(path)) return path;
-    const std::string link = tempName + "/~link" + twoDigits(row + 1) + ".wav";
+    const std::string link = tempName_ + "/~link" + twoDigits(row + 1) + ".wav";
     // A link beside its file names it relatively, so that the folder may be
     // renamed after the write.
     const fs::path file(path);
-    const fs::path target = file.parent_path() == fs::path(tempName) ? file.filename() : fs::absolute(file);
+    const fs::path target = file.parent_path() == fs::path(tempName_) ? file.filename() : fs::absolute(file);
     std::error_code ec;
     fs::remove(link, ec);
     fs::create_symlink(target, link, ec);

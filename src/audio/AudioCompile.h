@@ -72,7 +72,10 @@ private:
     bool copyTrack(const std::string &source, const std::string &destination);
     bool spaceEnough(const CompileSettings &settings, const std::string &tempName);
     bool shortTracksAccepted();
-    std::string tocPath(const std::string &path, const std::string &tempName, std::size_t row);
+    // The path as a TOC names it. There are no short names here, and upper case
+    // would name another file: a path stays as it is, unless a TOC string
+    // cannot carry it; then a link with a plain name stands in for it.
+    std::string shortPathUpper(const std::string &path, std::size_t row);
     void leaveOut(const AudioObjects &track, const std::string &toolOutput);
     std::string rowOfRows() const;
     void waveGainLine(const std::string &line);
