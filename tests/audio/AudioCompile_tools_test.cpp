@@ -121,7 +121,7 @@ TEST_F(Compile, BadSourcesAreLeftOutAndTheNextTrackGoesOn) {
     EXPECT_FALSE(fs::exists(temp("bad.wav"))) << "a broken target is not kept as decoded";
     EXPECT_EQ(view.panels.back(), "3 track(s) could not be read and were left out; see the command log.");
     EXPECT_EQ(h.log[1], "Track 1 left out, it could not be read: " + dir.file("bad.mp3"));
-    EXPECT_TRUE(h.boxes().empty()) << "the Part's decoder failure has no box";
+    EXPECT_TRUE(h.boxes().empty()) << "a decoder failure asks nothing";
 }
 
 TEST_F(Compile, CancelWhileDecodingDeletesTheTargetAndHandsNothingOver) {
