@@ -38,6 +38,8 @@
 #include "platform/MediumWatcher.h"
 #include "platform/SingleInstance.h"
 #include "platform/Sounds.h"
+#include "shell/AudioLink.h"
+#include "shell/AudioLink.h"
 #include "shell/LanguageForms.h"
 #include "shell/MainInterpreterView.h"
 #include "shell/ProductPicture.h"
@@ -143,6 +145,7 @@ void frmMain::connectHandlers() {
        [this] { MsgBoxOverMe(externalToolsList(paths, messages), platform::mb::Information); });
     on(mnuDeviceInfo, "mnuDeviceInfo_Click", [this] { mnuDeviceInfo_Click(); });
     on(mnuErase, "mnuErase_Click", [this] { mnuErase_Click(); });
+    on(mnuAudioCD, "mnuAudioCD_Click", [this] { showAudioCD(*this); });
     on(mnuLanguages, "mnuLanguages_Click", [this] {
         autoHideSettings();
         frmLanguage dialog(appDir, settings.text("Language"), messages, *env_.dialogs, this);

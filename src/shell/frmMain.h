@@ -35,6 +35,7 @@ class QSystemTrayIcon;
 namespace saltmarrow {
 
 class ErrorReporter;
+class frmAudioCD;
 class frmDeviceInfo;
 class frmEraseCD;
 class frmLog;
@@ -91,6 +92,7 @@ public:
     void Form_Unload();
     // Receives what a second instance handed over.
     void receiveHandOver(const std::string &text);
+    const ShellEnvironment &environment() const { return env_; }
 
     // Handlers of the button and the menus.
     void cmdWrite_Click();
@@ -150,6 +152,7 @@ public:
     std::function<void()> copyDisc;
     std::function<void()> writeDataCD;
     std::function<void()> writeDVDImage;
+    QPointer<frmAudioCD> audioCD;  // once mnuAudioCD has opened it
     CommandRunner runner;
 
     // Controls, named as the language files know them.

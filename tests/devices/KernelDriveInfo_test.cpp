@@ -49,36 +49,6 @@ TEST(KernelDriveInfo, MediumWords) {
     for (const auto &[output, type] : cds) EXPECT_EQ(cdMediumType(output), type) << output;
 }
 
-TEST(KernelDriveInfo, TheRecordFromWhatTheSystemSays) {
-    DeviceInfo device;
-    platform::DriveCapabilities caps;
-    caps.readFeatures = "CD-R CD-RW CD-ROM DVD-ROM ";
-    caps.writeFeatures = "CD-R CD-RW DVD-R ";
-    caps.writesDVD = true;
-    readKernelDriveInfo(device, caps, "Maximum writing speed: 22160 kB/s\nBurnProof supported: yes\n", "DVD+R");
-    EXPECT_EQ(device.WriteSpeeds, "16x,12x,10x,8x,6x,4x,2x,1x");
-    EXPECT_TRUE(device.isWriter);
-    EXPECT_TRUE(device.BufferProtection);
-    EXPECT_EQ(device.OtherFeatures, "BURN-Proof ");
-    EXPECT_EQ(device.LastMediaType, "DVD+R");
-    EXPECT_EQ(device.WriteFeatures, caps.writeFeatures);
-
-    // Emptied, the drive keeps its last type; without write features no
-    // speed makes it a writer.
-    caps.writeFeatures.clear();
-    readKernelDriveInfo(device, caps, "Maximum writing speed: 7056 kB/s\nBurnProof supported: no\n", "n/a");
-    EXPECT_FALSE(device.MediaInserted);
-    EXPECT_EQ(device.LastMediaType, "DVD+R");
-    EXPECT_EQ(device.WriteSpeeds, "");
-    EXPECT_FALSE(device.isWriter);
-    EXPECT_FALSE(device.BufferProtection);
-
-    // A drive the table does not list: a CD drive that writes if it has a
-    // writing speed.
-    EXPECT_EQ(guessedCapabilities("Maximum writing speed: 7056 kB/s").writeFeatures, "CD-R CD-RW ");
-    EXPECT_EQ(guessedCapabilities("Maximum writing speed: 0 kB/s").writeFeatures, "");
-}
-
 TEST(KernelDriveInfo, TheMediumAsksAsFewToolsAsItCan) {
     ScriptedHost fake;
     fake.host.mediaInfoTool = "/app/external/dvd+rw-mediainfo";
