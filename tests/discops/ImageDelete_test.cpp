@@ -144,37 +144,6 @@ TEST(DeleteImage, AnAudioProjectsFolderIsDeletedOnYes) {
     EXPECT_EQ(r.panel1, "NO IMAGE LOADED");
 }
 
-TEST(DeleteImage, ARenamedAudioFolderKeepsASheetThatFollowsIt) {
-    Offer o;
-    std::string old = o.dir.file("temp/tmp1234");
-    o.put("temp/tmp1234/track01.wav", "one");
-    o.put("temp/tmp1234/track02.wav", "two");
-    o.put("temp/tmp1234/authored.toc",
-          "CD_DA\r\nCD_TEXT { LANGUAGE_MAP { 0 : EN } }\r\nTRACK AUDIO\r\nFILE \"" + old +
-              "/track01.wav\" 0\r\nTRACK AUDIO\r\nFILE \"" + old + "/track02.wav\" 0\r\n");
-    o.tempFolder = old;
-    o.slot.strFilename = old + "/authored.toc";
-    o.dialogs.answer(mb::No);
-    o.dialogs.answer(std::string("Summer Mix"));
-
-    DeleteImageResult r = o.offer(Mode::AudioCD);
-    ASSERT_EQ(o.dialogs.prompts.size(), 2u);
-    EXPECT_EQ(o.dialogs.prompts[1].kind, "input");
-    EXPECT_EQ(o.dialogs.prompts[1].text, "Please enter a new name for the folder.");
-    EXPECT_EQ(o.dialogs.prompts[1].title, "Rename tempory folder");
-    EXPECT_EQ(o.dialogs.prompts[1].request.fileName, "tmp1234");
-
-    std::string renamed = o.dir.file("temp/Summer Mix");
-    EXPECT_FALSE(fs::exists(old));
-    EXPECT_FALSE(fs::exists(renamed + "/authored.toc"));
-    EXPECT_EQ(readFile(renamed + "/Summer Mix.toc"),
-              "CD_DA\r\nCD_TEXT { LANGUAGE_MAP { 0 : EN } }\r\nTRACK AUDIO\r\nFILE \"" + renamed +
-                  "/track01.wav\" 0\r\nTRACK AUDIO\r\nFILE \"" + renamed + "/track02.wav\" 0\r\n");
-    EXPECT_TRUE(r.reload);
-    EXPECT_EQ(o.slot.startCommand, renamed + "/Summer Mix.toc");
-    EXPECT_TRUE(o.tempFolder.empty());
-}
-
 TEST(DeleteImage, KeepingTheAudioFolderNameMovesNothing) {
     for (std::optional<std::string> answer :
          {std::optional<std::string>(""), std::optional<std::string>("proj"), std::optional<std::string>()}) {
