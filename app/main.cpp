@@ -18,8 +18,8 @@ int main(int argc, char **argv) {
     QStringList args = QApplication::arguments();
     args.removeFirst();
     std::string commandLine = args.join(' ').toStdString();
-    const std::string version = saltmarrow::versionText(SALTMARROW_VERSION_MAJOR, SALTMARROW_VERSION_MINOR,
-                                                        SALTMARROW_VERSION_PATCH);
+    const std::string version =
+        saltmarrow::versionText(SALTMARROW_VERSION_MAJOR, SALTMARROW_VERSION_MINOR, SALTMARROW_VERSION_PATCH);
 
     saltmarrow::platform::QtDialogs dialogs;
     saltmarrow::platform::BeepSounds sounds;
@@ -46,7 +46,8 @@ int main(int argc, char **argv) {
     errors.setOwner(&form);
     form.Version = version;
     bool started = false;
-    saltmarrow::guard(errors, "frmMain", "Form_Load", [&] { started = form.Form_Load(); }, env.terminate);
+    saltmarrow::guard(
+        errors, "frmMain", "Form_Load", [&] { started = form.Form_Load(); }, env.terminate);
     if (!started) return 0;
     form.show();
     return QApplication::exec();

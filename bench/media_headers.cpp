@@ -41,8 +41,9 @@ bool run(const fs::path &folder, const std::vector<std::string> &arguments) {
 
 // A few real files of each format, made by the tools, then copied to 2,000.
 std::vector<std::string> makeFiles(const fs::path &dir) {
-    const std::vector<std::string> tags = {"--tt", "A Title", "--ta", "An Artist", "--tl", "An Album", "--ty",
-                                           "2004", "--tn", "3",       "--tg", "Jazz",      "--tc", "note"};
+    const std::vector<std::string> tags = {"--tt",     "A Title", "--ta", "An Artist", "--tl",
+                                           "An Album", "--ty",    "2004", "--tn",      "3",
+                                           "--tg",     "Jazz",    "--tc", "note"};
     const std::vector<std::string> vorbis = {"-t", "A Title", "-a", "An Artist", "-l", "An Album",
                                              "-d", "2004",    "-N", "3",         "-G", "Jazz"};
     const auto with = [](std::vector<std::string> head, const std::vector<std::string> &middle,
@@ -52,10 +53,13 @@ std::vector<std::string> makeFiles(const fs::path &dir) {
         return head;
     };
     const bool ok =
-        run(dir, {"sox", "-n", "-r", "44100", "-c", "2", "-b", "16", "s.wav", "synth", "1", "pinknoise", "vol", "0.5"}) &&
+        run(dir, {"sox", "-n", "-r", "44100", "-c", "2", "-b", "16", "s.wav", "synth", "1", "pinknoise",
+                  "vol", "0.5"}) &&
         run(dir, {"sox", "-n", "-r", "22050", "-c", "1", "-b", "8", "m.wav", "synth", "1", "sine", "440"}) &&
-        run(dir, with({"lame", "--quiet", "-b", "192", "--id3v2-latin1"}, tags, {"--add-id3v2", "s.wav", "t0.mp3"})) &&
-        run(dir, with({"lame", "--quiet", "-V", "2", "--id3v2-latin1"}, tags, {"--add-id3v2", "s.wav", "t1.mp3"})) &&
+        run(dir, with({"lame", "--quiet", "-b", "192", "--id3v2-latin1"}, tags,
+                      {"--add-id3v2", "s.wav", "t0.mp3"})) &&
+        run(dir, with({"lame", "--quiet", "-V", "2", "--id3v2-latin1"}, tags,
+                      {"--add-id3v2", "s.wav", "t1.mp3"})) &&
         run(dir, with({"lame", "--quiet", "-b", "128"}, tags, {"--id3v1-only", "s.wav", "t2.mp3"})) &&
         run(dir, with({"oggenc", "-Q"}, vorbis, {"s.wav", "-o", "t0.ogg"})) &&
         run(dir, with({"oggenc", "-Q"}, vorbis, {"m.wav", "-o", "t1.ogg"})) &&

@@ -16,15 +16,17 @@ std::optional<Refusal> writerRefusal(std::string_view writer) {
 }
 
 ErasePlan planErase(std::string_view eraseMode, const DeviceInfo &writer, const WritePanel &panel,
-                    const FragmentSettings &settings, const EraseTools &tools, const platform::DeviceForms &layer) {
+                    const FragmentSettings &settings, const EraseTools &tools,
+                    const platform::DeviceForms &layer) {
     ErasePlan plan;
     for (std::string_view dvd : kDVDMedia) {
         if (writer.LastMediaType != dvd) continue;
         plan.mode = Mode::WriteDVD;
-        plan.command = platform::quoteArgument(tools.dvdWriter) + " blank=" +
-                       (eraseMode == "minimal" ? "minimal " : "all ") + "dev=" +
-                       layer.dvdDevice(layer.addressOf(panel.cmbWriterDevice), settings.chkUseSPTI == 1, false) +
-                       " gracetime=0";
+        plan.command =
+            platform::quoteArgument(tools.dvdWriter) +
+            " blank=" + (eraseMode == "minimal" ? "minimal " : "all ") + "dev=" +
+            layer.dvdDevice(layer.addressOf(panel.cmbWriterDevice), settings.chkUseSPTI == 1, false) +
+            " gracetime=0";
         return plan;
     }
     bool useRaw = true;

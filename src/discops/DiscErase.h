@@ -31,7 +31,8 @@ struct EraseTools {
     std::string dvdWriter;
 };
 ErasePlan planErase(std::string_view eraseMode, const DeviceInfo &writer, const WritePanel &panel,
-                    const FragmentSettings &settings, const EraseTools &tools, const platform::DeviceForms &layer);
+                    const FragmentSettings &settings, const EraseTools &tools,
+                    const platform::DeviceForms &layer);
 
 }  // namespace saltmarrow::discops
 

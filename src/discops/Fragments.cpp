@@ -53,8 +53,9 @@ std::string hexOr(std::initializer_list<std::string_view> words) {
     return text;
 }
 
-std::string writeDevice(const WritePanel &panel, const FragmentSettings &settings, const FragmentDrive &writer,
-                        bool &useRaw, bool isDataDisc, bool lockDevice, const platform::DeviceForms &layer) {
+std::string writeDevice(const WritePanel &panel, const FragmentSettings &settings,
+                        const FragmentDrive &writer, bool &useRaw, bool isDataDisc, bool lockDevice,
+                        const platform::DeviceForms &layer) {
     if (ticked(panel.chkMultiSession) && isDataDisc) useRaw = false;
     const bool raw = ticked(panel.ChkWriteDriverRaw) && useRaw;
     std::string driver;

@@ -35,8 +35,9 @@ inline FragmentDrive fragmentDrive(const DeviceInfo &device) {
 std::string hexOr(std::initializer_list<std::string_view> words);
 
 // " --device <dev> --driver <name>:0x<word> " for the writer.
-std::string writeDevice(const WritePanel &panel, const FragmentSettings &settings, const FragmentDrive &writer,
-                        bool &useRaw, bool isDataDisc, bool lockDevice, const platform::DeviceForms &layer);
+std::string writeDevice(const WritePanel &panel, const FragmentSettings &settings,
+                        const FragmentDrive &writer, bool &useRaw, bool isDataDisc, bool lockDevice,
+                        const platform::DeviceForms &layer);
 // The same for the reader, or as " --source-device ... --source-driver ... ".
 std::string readDevice(const ReadPanel &panel, const FragmentSettings &settings, const FragmentDrive &reader,
                        bool asSource, bool lockDevice, const platform::DeviceForms &layer);

@@ -101,8 +101,7 @@ void deleteAudioFolder(ImageSlot &slot, std::string &tempFolder, const ImageCont
 
 }  // namespace
 
-DeleteImageResult deleteImage(ImageSlot &slot, std::string &tempFolder, Mode mode,
-                              const ImageContext &ctx) {
+DeleteImageResult deleteImage(ImageSlot &slot, std::string &tempFolder, Mode mode, const ImageContext &ctx) {
     DeleteImageResult result;
     if (mode == Mode::AudioCD)
         deleteAudioFolder(slot, tempFolder, ctx, result);

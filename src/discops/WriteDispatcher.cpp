@@ -51,7 +51,8 @@ MediumDecision mediumFitsTask(Mode mode, std::string_view mediaType, std::string
 
 std::optional<Refusal> discRefusal(const DiscStatusResult &disc) {
     if (disc.status == 'X') return Refusal{};
-    if (disc.status != 'E') return Refusal{"msgNotBlank", platform::mb::Exclamation, "msgWriteCancelled", false};
+    if (disc.status != 'E')
+        return Refusal{"msgNotBlank", platform::mb::Exclamation, "msgWriteCancelled", false};
     return std::nullopt;
 }
 
@@ -61,8 +62,8 @@ std::string confirmationText(const MessageText &msg, double imageBytes, double d
     return vb::Replace(text, "%2", wholeMegabytes(discFreeBytes));
 }
 
-WritePlan planImageWrite(const std::string &cdrdao, const std::string &deviceAndOptions, const std::string &sheet,
-                         const std::string &externalFolder) {
+WritePlan planImageWrite(const std::string &cdrdao, const std::string &deviceAndOptions,
+                         const std::string &sheet, const std::string &externalFolder) {
     WritePlan plan;
     plan.sheet = sheet;
     plan.command = platform::quoteArgument(cdrdao) + " write" + deviceAndOptions +
@@ -75,8 +76,8 @@ WritePlan planImageWrite(const std::string &cdrdao, const std::string &deviceAnd
     return plan;
 }
 
-void cmdWrite_Click(const WriteClick &click, DeviceState &devices, const DeviceHost &deviceHost, ImageSlot &slot,
-                    const ImageContext &ctx, WriteHost &host) {
+void cmdWrite_Click(const WriteClick &click, DeviceState &devices, const DeviceHost &deviceHost,
+                    ImageSlot &slot, const ImageContext &ctx, WriteHost &host) {
     const auto show = [&](const Refusal &r) {
         if (!r.key.empty()) host.box(ctx.text(r.key), r.style);
         if (!r.statusKey.empty()) host.status(ctx.text(r.statusKey));
@@ -148,8 +149,8 @@ void cmdWrite_Click(const WriteClick &click, DeviceState &devices, const DeviceH
     bool useRaw = false;
     DiscStatusContext disc;
     disc.writer = click.panel.cmbWriterDevice;
-    disc.deviceFragment = writeDevice(click.panel, click.settings, fragmentDrive(writer), useRaw, false, false,
-                                      deviceHost.driveLayer());
+    disc.deviceFragment = writeDevice(click.panel, click.settings, fragmentDrive(writer), useRaw, false,
+                                      false, deviceHost.driveLayer());
     disc.offerErase = host.offerErase ? host.offerErase : [] { return true; };
     const DiscStatusResult status = splitDiscStatus(discStatus(deviceHost, disc));
     slot.discFreeBytes = static_cast<double>(status.blocks) * blockSize;
@@ -167,11 +168,12 @@ void cmdWrite_Click(const WriteClick &click, DeviceState &devices, const DeviceH
         return host.status(ctx.text("msgWriteCancelled"));
 
     useRaw = true;
-    const std::string fragments =
-        writeDevice(panel, click.settings, fragmentDrive(writer), useRaw, true, true, deviceHost.driveLayer()) +
-        WriteOptions(panel, click.settings);
+    const std::string fragments = writeDevice(panel, click.settings, fragmentDrive(writer), useRaw, true,
+                                              true, deviceHost.driveLayer()) +
+                                  WriteOptions(panel, click.settings);
     const std::string commandFile = ctx.tempFolder() + "/command.bat";
-    const WritePlan plan = planImageWrite(ctx.cdrdaoPath(), fragments, slot.strFilename, ctx.externalFolder());
+    const WritePlan plan =
+        planImageWrite(ctx.cdrdaoPath(), fragments, slot.strFilename, ctx.externalFolder());
     slot.writeCommand = plan.command;
     std::error_code ec;
     std::filesystem::remove(ctx.tempFolder() + "/mkisofs.toc", ec);

@@ -17,10 +17,10 @@ namespace saltmarrow::discops {
 // A message box the form shows for the dispatcher, and what it leaves
 // behind. An empty key ends the click without a word: the tool has said why.
 struct Refusal {
-    std::string key;             // message table key of the box
-    int style = 0;               // its style
-    std::string statusKey;       // txtStatus afterwards, if any
-    bool openSettings = false;   // the settings area opens so that a writer can be chosen
+    std::string key;            // message table key of the box
+    int style = 0;              // its style
+    std::string statusKey;      // txtStatus afterwards, if any
+    bool openSettings = false;  // the settings area opens so that a writer can be chosen
 };
 
 // The medium in the writer against the task. An ISO onto a DVD becomes a
@@ -45,8 +45,8 @@ struct WritePlan {
     std::string sheet;        // the sheet cdrdao reads
     std::string folder;       // where it runs: the sheet's own folder
 };
-WritePlan planImageWrite(const std::string &cdrdao, const std::string &deviceAndOptions, const std::string &sheet,
-                         const std::string &externalFolder);
+WritePlan planImageWrite(const std::string &cdrdao, const std::string &deviceAndOptions,
+                         const std::string &sheet, const std::string &externalFolder);
 
 // The main form when cmdWrite is pressed.
 struct WriteClick {
@@ -69,7 +69,7 @@ struct WriteHost {
     std::function<void()> autoHideSettings;
     // updateMediaInfo; the write panel as it stands after it (the speed list follows the disc).
     std::function<WritePanel()> refreshMedia;
-    std::function<bool()> offerErase;    // frmEraseCD over a used rewritable disc; true: cancelled
+    std::function<bool()> offerErase;  // frmEraseCD over a used rewritable disc; true: cancelled
     // The jobs of other forms; empty where this build has none.
     std::function<void()> copyDisc, writeDataCD, writeDVDImage;
     std::function<void(const WritePlan &plan)> write;  // the write frame around the plan
@@ -78,8 +78,8 @@ struct WriteHost {
 // cmdWrite_Click: cancel, writer chosen, something loaded, medium, blank
 // disc, size, confirmation, then the write. The mode, the controls and an
 // ISO's place in the slot are as they were when it returns.
-void cmdWrite_Click(const WriteClick &click, DeviceState &devices, const DeviceHost &deviceHost, ImageSlot &slot,
-                    const ImageContext &ctx, WriteHost &host);
+void cmdWrite_Click(const WriteClick &click, DeviceState &devices, const DeviceHost &deviceHost,
+                    ImageSlot &slot, const ImageContext &ctx, WriteHost &host);
 
 }  // namespace saltmarrow::discops
 

@@ -26,9 +26,9 @@ constexpr int No = 7;
 
 struct FileRequest {
     std::string title;
-    std::string folder;       // where the dialog opens
-    std::string fileName;     // proposed name
-    std::string filter;       // "Text (*.x;*.y)|*.x;*.y|..." as the program writes it
+    std::string folder;    // where the dialog opens
+    std::string fileName;  // proposed name
+    std::string filter;    // "Text (*.x;*.y)|*.x;*.y|..." as the program writes it
     int flags = 0;
     bool multiSelect = false;
 };

@@ -1,3 +1,5 @@
+#include "platform/LinuxDriveLayer.h"
+
 #include <fcntl.h>
 #include <linux/cdrom.h>
 #include <sys/ioctl.h>
@@ -10,7 +12,6 @@
 #include <iterator>
 #include <sstream>
 
-#include "platform/LinuxDriveLayer.h"
 #include "support/mdlFunctions.h"
 
 namespace saltmarrow::platform {

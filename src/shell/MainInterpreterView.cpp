@@ -104,7 +104,8 @@ void MainInterpreterView::restoreWindow() {
 }
 
 std::string MainInterpreterView::elapsedTimeText(long seconds) const {
-    return saltmarrow::elapsedTimeText(seconds, f_.msg("msgTimeHrs"), f_.msg("msgTimeMins"), f_.msg("msgTimeSecs"));
+    return saltmarrow::elapsedTimeText(seconds, f_.msg("msgTimeHrs"), f_.msg("msgTimeMins"),
+                                       f_.msg("msgTimeSecs"));
 }
 
 }  // namespace saltmarrow

@@ -21,8 +21,10 @@ bool isWriteMode(Mode mode) {
 WriteOutcome decideWriteOutcome(const WriteOutcomeInput &in, const TimeWords &words) {
     WriteOutcome out;
     const bool erasing = in.mode == Mode::EraseCD;
-    if (in.confirmWrite) out.restoreFromTray = true;
-    else if (!erasing) out.playAsterisk = true;
+    if (in.confirmWrite)
+        out.restoreFromTray = true;
+    else if (!erasing)
+        out.playAsterisk = true;
 
     if (in.writeCancelled) {
         out.statusKey = "msgWriteCancelled";

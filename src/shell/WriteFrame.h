@@ -20,8 +20,8 @@ struct WriteOutcomeInput {
 };
 
 struct WriteOutcome {
-    std::string statusKey;        // message key for txtStatus
-    std::string elapsedText;      // filled in %1 of msgWriteSuccess
+    std::string statusKey;    // message key for txtStatus
+    std::string elapsedText;  // filled in %1 of msgWriteSuccess
     bool restoreFromTray = false;
     bool playAsterisk = false;    // stands in for the message box
     bool showMessageBox = false;  // the status text again, style 64

@@ -21,11 +21,10 @@ frmAbout::frmAbout(const QString &version, QWidget *parent) : QDialog(parent) {
     lblPreRelease = new QLabel(this);
     lblPreRelease->setObjectName("lblPreRelease");
     lblPreRelease->hide();
-    lblDescription = new QLabel(
-        tr("Masters and writes CDs and DVDs with cdrdao, mkisofs, wodim and icedax.\n"
-           "The tools do the writing; saltmarrow composes their command lines\n"
-           "and reads what they print."),
-        this);
+    lblDescription = new QLabel(tr("Masters and writes CDs and DVDs with cdrdao, mkisofs, wodim and icedax.\n"
+                                   "The tools do the writing; saltmarrow composes their command lines\n"
+                                   "and reads what they print."),
+                                this);
     lblDescription->setObjectName("lblDescription");
     cmdOK = new QPushButton(tr("OK"), this);
     cmdOK->setObjectName("cmdOK");

@@ -39,7 +39,6 @@
 #include "platform/SingleInstance.h"
 #include "platform/Sounds.h"
 #include "shell/AudioLink.h"
-#include "shell/AudioLink.h"
 #include "shell/LanguageForms.h"
 #include "shell/MainInterpreterView.h"
 #include "shell/ProductPicture.h"
@@ -100,11 +99,13 @@ frmMain::frmMain(ShellEnvironment env) : env_(std::move(env)) {
     runner.objDOS.ReceiveOutputs = [this](const std::string &line) {
         run("objDOS_ReceiveOutputs", [&] { interpreter->objDOS_ReceiveOutputs(line); });
     };
-    runner.objDOS.nullOutputs = [this] { run("objDOS_nullOutputs", [&] { interpreter->objDOS_nullOutputs(); }); };
+    runner.objDOS.nullOutputs = [this] {
+        run("objDOS_nullOutputs", [&] { interpreter->objDOS_nullOutputs(); });
+    };
     runner.objDOS.pump = [] { QCoreApplication::processEvents(QEventLoop::AllEvents); };
     interpreterView_ = std::make_unique<MainInterpreterView>(*this, *env_.sounds);
-    interpreter = std::make_unique<OutputInterpreter>(*interpreterView_, interpreterState, secondsSinceMidnight,
-                                                      paths.cygwinRoot);
+    interpreter = std::make_unique<OutputInterpreter>(*interpreterView_, interpreterState,
+                                                      secondsSinceMidnight, paths.cygwinRoot);
 }
 
 frmMain::~frmMain() = default;
@@ -166,17 +167,18 @@ void frmMain::connectHandlers() {
             [this](bool on) { sbPanel[4]->setText(on ? QStringLiteral("Simulate") : QString()); });
     connect(ChkWriteDriverRaw, &QCheckBox::toggled, this,
             [this](bool on) { sbPanel[3]->setText(on ? QStringLiteral("RAW") : QString()); });
-    connect(cmbSpeed, &QComboBox::currentTextChanged, this, [this](const QString &t) { sbPanel[2]->setText(t); });
+    connect(cmbSpeed, &QComboBox::currentTextChanged, this,
+            [this](const QString &t) { sbPanel[2]->setText(t); });
     on(cmbWriterDevice, "cmbWriterDevice_Click", [this] { cmbWriterDevice_Click(); });
     on(cmbReaderDevice, "cmbReaderDevice_Click", [this] { cmbReaderDevice_Click(); });
     on(chkUseSPTI, "chkUseSPTI_Click", [this] { chkUseSPTI_Click(); });
     // Every change of a panel is kept in its drive's option fields at once.
-    for (QWidget *box : std::initializer_list<QWidget *>{ChkWriteDriverRaw, chkWriteCDText, chkBurnProof, chkEject,
-                                                          chkForce, chkOverburn, chkMultiSession, chkSimulate,
-                                                          cmbSpeed, cmbBuffers})
+    for (QWidget *box :
+         std::initializer_list<QWidget *>{ChkWriteDriverRaw, chkWriteCDText, chkBurnProof, chkEject, chkForce,
+                                          chkOverburn, chkMultiSession, chkSimulate, cmbSpeed, cmbBuffers})
         on(box, "writeOptions_Click", [this] { writeOptions_Click(); });
-    for (QWidget *box : std::initializer_list<QWidget *>{chkReadRaw, chkReadCDText, chkSwapAudio, chkSimpleTOC,
-                                                          cmbParanoia, cmbSubs})
+    for (QWidget *box : std::initializer_list<QWidget *>{chkReadRaw, chkReadCDText, chkSwapAudio,
+                                                         chkSimpleTOC, cmbParanoia, cmbSubs})
         on(box, "readOptions_Click", [this] { readOptions_Click(); });
     connect(txtStatus, &QLineEdit::textChanged, this, [this] { updateCaptionProgress(); });
 }
@@ -283,8 +285,9 @@ bool frmMain::Form_Load() {
     // interface the scan settled) goes in before the file is read.
     encoderTable = defaultEncoderTable();
     settingsFromControls(this, settings);
-    run("loadSettings",
-        [&] { loadSettings(ini, settings, encoderTable, {&deviceState.devices, lists.reader}); });
+    run("loadSettings", [&] {
+        loadSettings(ini, settings, encoderTable, {&deviceState.devices, lists.reader});
+    });
     // Whatever the read reached stands, a malformed line or not.
     controlsFromSettings(this, settings);
     applyLegacySettings(this, settings);
@@ -361,8 +364,8 @@ void frmMain::fixSizes() {
         settingsArea->setVisible(settingsShown);
         centralWidget()->layout()->invalidate();
         const QSize inside = centralWidget()->minimumSizeHint();
-        return QSize(inside.width(), menuBar()->sizeHint().height() + inside.height() +
-                                         sbStatusBar->sizeHint().height());
+        return QSize(inside.width(),
+                     menuBar()->sizeHint().height() + inside.height() + sbStatusBar->sizeHint().height());
     };
     const QSize expanded = measure(true);
     const QSize collapsed = measure(false);

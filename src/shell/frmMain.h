@@ -58,7 +58,7 @@ struct ShellEnvironment {
     platform::Sounds *sounds = nullptr;
     ErrorReporter *errors = nullptr;
     std::function<void(const std::string &)> openDocument;  // the desktop's handler
-    std::function<void()> terminate;                         // the error report's Terminate
+    std::function<void()> terminate;                        // the error report's Terminate
     bool showSplash = true;
     bool singleInstance = true;  // tests of other things may run several forms at once
 };

@@ -254,8 +254,8 @@ std::string frmMain::writerDeviceFragment() {
     if (index < 0 || static_cast<std::size_t>(index) >= deviceState.devices.Count()) return {};
     bool useRaw = false;
     return writeDevice(writePanel(), fragmentSettings(),
-                       fragmentDrive(deviceState.devices.item(static_cast<std::size_t>(index))), useRaw, false,
-                       false, platform::driveLayer());
+                       fragmentDrive(deviceState.devices.item(static_cast<std::size_t>(index))), useRaw,
+                       false, false, platform::driveLayer());
 }
 
 }  // namespace saltmarrow

@@ -72,10 +72,10 @@ bool QtErrorReporter::ErrorReport(int number, const std::string &description, co
     bool goOn = true;
     try {
         if (playHand_) playHand_();
-        frmErrorReport dialog(heading_ ? heading_() : std::string(),
-                              errorReportText(number, description, module, procedure, line, appVersion_,
-                                              platformVersion_),
-                              owner_);
+        frmErrorReport dialog(
+            heading_ ? heading_() : std::string(),
+            errorReportText(number, description, module, procedure, line, appVersion_, platformVersion_),
+            owner_);
         dialog.raise();
         dialog.exec();
         goOn = dialog.goOn();

@@ -33,8 +33,8 @@ private:
 // playHand plays the system's "SystemHand"; platformVersion names the system.
 class QtErrorReporter : public ErrorReporter {
 public:
-    QtErrorReporter(std::function<void()> playHand, std::function<std::string()> heading, std::string appVersion,
-                    std::string platformVersion, QWidget *owner = nullptr);
+    QtErrorReporter(std::function<void()> playHand, std::function<std::string()> heading,
+                    std::string appVersion, std::string platformVersion, QWidget *owner = nullptr);
     bool ErrorReport(int number, const std::string &description, const std::string &module,
                      const std::string &procedure, int line) override;
     void setOwner(QWidget *owner) { owner_ = owner; }

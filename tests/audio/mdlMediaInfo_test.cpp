@@ -37,8 +37,8 @@ std::string be(std::uint64_t v, int width) {
 
 std::string id3v1(const std::string &title, const std::string &album = "", int genre = 0,
                   const std::string &comment = "") {
-    return "TAG" + padded(title, 30) + padded("", 30) + padded(album, 30) + padded("1999", 4) + padded(comment, 30) +
-           bytes({genre});
+    return "TAG" + padded(title, 30) + padded("", 30) + padded(album, 30) + padded("1999", 4) +
+           padded(comment, 30) + bytes({genre});
 }
 // A version 2.3 frame (name, size, flags, encoding, text); version 2.2 has a
 // three-letter name and three size bytes.
@@ -50,7 +50,9 @@ std::string frame2(const std::string &name, const std::string &text) {
 }
 std::string id3v2(int version, const std::string &frames) {
     const std::size_t n = frames.size();
-    return "ID3" + bytes({version, 0, 0, int(n >> 21 & 0x7F), int(n >> 14 & 0x7F), int(n >> 7 & 0x7F), int(n & 0x7F)}) +
+    return "ID3" +
+           bytes(
+               {version, 0, 0, int(n >> 21 & 0x7F), int(n >> 14 & 0x7F), int(n >> 7 & 0x7F), int(n & 0x7F)}) +
            frames;
 }
 // An MPEG 1 layer III frame header: 128 kbit/s, 44100 Hz, joint stereo;
@@ -70,8 +72,8 @@ std::string tags(const MediaFileInfo &i) {
 }
 std::string stream(const MediaFileInfo &i) {
     char text[160];
-    std::snprintf(text, sizeof text, "%d Hz %d ch %.0f kbit%s %d ms %d samples %.0f bytes", i.Frequency, i.Channels,
-                  i.Bitrate, i.IsVBR ? " vbr" : "", i.Millisecs, i.Samples, i.DataLength);
+    std::snprintf(text, sizeof text, "%d Hz %d ch %.0f kbit%s %d ms %d samples %.0f bytes", i.Frequency,
+                  i.Channels, i.Bitrate, i.IsVBR ? " vbr" : "", i.Millisecs, i.Samples, i.DataLength);
     return text;
 }
 
@@ -107,13 +109,14 @@ TEST_F(Media, Mp3Tags) {
     const Row rows[] = {
         {"ID3v1: blanks, then NULs, go; comments lose codes 0 to 47", "",
          "TAG" + padded("Blank padded                  ", 30) + padded("Artist", 30) +
-             padded("Blanks before NULs  ", 30) + "1987" + padded("Hello, World! 42: a-b.c", 30) + bytes({17}),
+             padded("Blanks before NULs  ", 30) + "1987" + padded("Hello, World! 42: a-b.c", 30) +
+             bytes({17}),
          "Blank padded|Artist|Blanks before NULs  |1987|Rock|0|HelloWorld42:abc"},
         {"genre numbers through the table", "", id3v1("", "", 51), "|||1999|Techno-Indistrial|0|"},
         {"beyond the table", "", id3v1("", "", 126), "|||1999||0|"},
         {"ID3v2 wins; an empty frame keeps the ID3v1 text",
-         id3v2(3, frame3("TIT2", "New") + frame3("TPE1", "Artist") + frame3("TALB", "") + frame3("TYER", "2024") +
-                      frame3("TCON", "(17)Rock") + frame3("TRCK", "5/12")),
+         id3v2(3, frame3("TIT2", "New") + frame3("TPE1", "Artist") + frame3("TALB", "") +
+                      frame3("TYER", "2024") + frame3("TCON", "(17)Rock") + frame3("TRCK", "5/12")),
          v1, "New|Artist|Old Album|2024|Rock|5|note"},
         {"the text after the number", id3v2(3, frame3("TCON", "(9)Anything")), id3v1("", "", 255),
          "|||1999|Anything|0|"},
@@ -124,18 +127,24 @@ TEST_F(Media, Mp3Tags) {
         {"an empty genre frame: the ID3v1 genre", id3v2(3, frame3("TCON", "")), id3v1("", "", 2),
          "|||1999|Country|0|"},
         {"version 2.2, which asks for TRCK, not TRK",
-         id3v2(2, frame2("TT2", "Old Style") + frame2("TOA", "Someone") + frame2("TCO", "(8)") + frame2("TRK", "4")),
+         id3v2(2, frame2("TT2", "Old Style") + frame2("TOA", "Someone") + frame2("TCO", "(8)") +
+                      frame2("TRK", "4")),
          id3v1("", "", 8), "Old Style|Someone||1999|Jazz|0|"},
-        {"version 4 ends the reader", id3v2(4, frame3("TIT2", "Four")), id3v1("v1", "", 17), "v1|||1999|17|0|"},
+        {"version 4 ends the reader", id3v2(4, frame3("TIT2", "Four")), id3v1("v1", "", 17),
+         "v1|||1999|17|0|"},
         {"the first TIT2 anywhere, even in a comment",
-         id3v2(3, frame3("COMM", "xTIT2" + bytes({0, 0, 0, 5, 0, 0, 0}) + "Fake") + frame3("TIT2", "Real")), "",
-         "Fake|||||0|"},
-        {"only the lowest size byte counts", id3v2(3, frame3("TIT2", std::string(260, 'a'))), "", "aaaa|||||0|"},
-        {"compressed frames are skipped", id3v2(3, frame3("TIT2", "G", 0x80)), id3v1("v1"), "v1|||1999|Blues|0|"},
-        {"encrypted frames are skipped", id3v2(3, frame3("TIT2", "G", 0x40)), id3v1("v1"), "v1|||1999|Blues|0|"},
+         id3v2(3, frame3("COMM", "xTIT2" + bytes({0, 0, 0, 5, 0, 0, 0}) + "Fake") + frame3("TIT2", "Real")),
+         "", "Fake|||||0|"},
+        {"only the lowest size byte counts", id3v2(3, frame3("TIT2", std::string(260, 'a'))), "",
+         "aaaa|||||0|"},
+        {"compressed frames are skipped", id3v2(3, frame3("TIT2", "G", 0x80)), id3v1("v1"),
+         "v1|||1999|Blues|0|"},
+        {"encrypted frames are skipped", id3v2(3, frame3("TIT2", "G", 0x40)), id3v1("v1"),
+         "v1|||1999|Blues|0|"},
         {"grouped frames are read", id3v2(3, frame3("TIT2", "G", 0x20)), id3v1("v1"), "G|||1999|Blues|0|"},
-        {"a frame of size 0 ends the reader", id3v2(3, frame3("TPE1", "A") + "TIT2" + bytes({0, 0, 0, 0, 0, 0})),
-         id3v1("v1", "", 17), "v1|||1999|17|0|"},
+        {"a frame of size 0 ends the reader",
+         id3v2(3, frame3("TPE1", "A") + "TIT2" + bytes({0, 0, 0, 0, 0, 0})), id3v1("v1", "", 17),
+         "v1|||1999|17|0|"},
         {"a name at the very end of the tag", id3v2(3, "TIT2"), "", "|||||0|"},
         {"a track number beyond 16 bits", id3v2(3, frame3("TRCK", "99999")), "", "|||||0|"},
     };
@@ -176,27 +185,38 @@ TEST_F(Media, Mp3Streams) {
     };
     const Row rows[] = {
         {"a header at the start", mpeg(), "44100 Hz 2 ch 128 kbit 261 ms 11510 samples 4180 bytes"},
-        {"with CRC, 48000 Hz", mpeg(bytes({0xFF, 0xFA, 0x94, 0x40})), "48000 Hz 2 ch 128 kbit 261 ms 12528 samples 4180 bytes"},
-        {"dual channel, 32000 Hz", mpeg(bytes({0xFF, 0xFB, 0x98, 0x80})), "32000 Hz 2 ch 128 kbit 261 ms 8352 samples 4180 bytes"},
-        {"single channel, lowest rate", mpeg(bytes({0xFF, 0xFB, 0x10, 0xC0})), "44100 Hz 1 ch 32 kbit 1045 ms 46084 samples 4180 bytes"},
-        {"highest rate; half rounds to even", mpeg(bytes({0xFF, 0xFB, 0xE0, 0xC0})), "44100 Hz 1 ch 320 kbit 104 ms 4586 samples 4180 bytes"},
-        {"layer II", mpeg(bytes({0xFF, 0xFC, 0xE0, 0x00})), "44100 Hz 2 ch 384 kbit 87 ms 3837 samples 4180 bytes"},
-        {"a pair inside the ID3v2 tag wins", id3v2(3, frame3("TIT2", "ab" + bytes({0xFF, 0xFD, 0x44, 0xC0}))) + mpeg(),
+        {"with CRC, 48000 Hz", mpeg(bytes({0xFF, 0xFA, 0x94, 0x40})),
+         "48000 Hz 2 ch 128 kbit 261 ms 12528 samples 4180 bytes"},
+        {"dual channel, 32000 Hz", mpeg(bytes({0xFF, 0xFB, 0x98, 0x80})),
+         "32000 Hz 2 ch 128 kbit 261 ms 8352 samples 4180 bytes"},
+        {"single channel, lowest rate", mpeg(bytes({0xFF, 0xFB, 0x10, 0xC0})),
+         "44100 Hz 1 ch 32 kbit 1045 ms 46084 samples 4180 bytes"},
+        {"highest rate; half rounds to even", mpeg(bytes({0xFF, 0xFB, 0xE0, 0xC0})),
+         "44100 Hz 1 ch 320 kbit 104 ms 4586 samples 4180 bytes"},
+        {"layer II", mpeg(bytes({0xFF, 0xFC, 0xE0, 0x00})),
+         "44100 Hz 2 ch 384 kbit 87 ms 3837 samples 4180 bytes"},
+        {"a pair inside the ID3v2 tag wins",
+         id3v2(3, frame3("TIT2", "ab" + bytes({0xFF, 0xFD, 0x44, 0xC0}))) + mpeg(),
          "48000 Hz 1 ch 64 kbit 524 ms 25152 samples 4190 bytes"},
         {"MPEG 2 and other pairs are passed", bytes({0xFF, 0xF3, 0x90, 0x64, 0xFF, 0xFE, 0xFF}) + mpeg(),
          "44100 Hz 2 ch 128 kbit 262 ms 11554 samples 4187 bytes"},
         {"a header beyond the first block", std::string(8191, '\0') + mpeg(),
          "44100 Hz 2 ch 128 kbit 773 ms 34089 samples 12371 bytes"},
         {"no header at all", std::string(5000, '\xFF'), "0 Hz 0 ch 0 kbit 0 ms 0 samples 5000 bytes"},
-        {"a reserved sample rate", mpeg(bytes({0xFF, 0xFB, 0x9C, 0xC0})), "0 Hz 1 ch 0 kbit 0 ms 0 samples 4180 bytes"},
-        {"free format", mpeg(bytes({0xFF, 0xFB, 0x00, 0x00})), "44100 Hz 2 ch 0 kbit 0 ms 0 samples 4180 bytes"},
-        {"the forbidden rate", mpeg(bytes({0xFF, 0xFB, 0xF0, 0x00})), "44100 Hz 2 ch 0 kbit 0 ms 0 samples 4180 bytes"},
+        {"a reserved sample rate", mpeg(bytes({0xFF, 0xFB, 0x9C, 0xC0})),
+         "0 Hz 1 ch 0 kbit 0 ms 0 samples 4180 bytes"},
+        {"free format", mpeg(bytes({0xFF, 0xFB, 0x00, 0x00})),
+         "44100 Hz 2 ch 0 kbit 0 ms 0 samples 4180 bytes"},
+        {"the forbidden rate", mpeg(bytes({0xFF, 0xFB, 0xF0, 0x00})),
+         "44100 Hz 2 ch 0 kbit 0 ms 0 samples 4180 bytes"},
         // 1152 samples a frame, whatever the file's length.
-        {"a Xing header", xing(1000) + mpeg(), "44100 Hz 2 ch 1 kbit vbr 26122 ms 1151980 samples 4597 bytes"},
+        {"a Xing header", xing(1000) + mpeg(),
+         "44100 Hz 2 ch 1 kbit vbr 26122 ms 1151980 samples 4597 bytes"},
         {"a Xing header at the mono place is not seen", xing(1000, 21) + mpeg(),
          "44100 Hz 2 ch 128 kbit 287 ms 12657 samples 4597 bytes"},
         {"no frame count", xing(0), "44100 Hz 2 ch 0 kbit vbr 0 ms 0 samples 417 bytes"},
-        {"a count beyond 32 bits ends the reader", xing(0x80000000u), "0 Hz 0 ch 0 kbit vbr 0 ms 0 samples 417 bytes"},
+        {"a count beyond 32 bits ends the reader", xing(0x80000000u),
+         "0 Hz 0 ch 0 kbit vbr 0 ms 0 samples 417 bytes"},
         {"Xing cut off by the end", std::string(300, '\0') + kFrame + std::string(32, '\0') + "Xi",
          "44100 Hz 2 ch 128 kbit 21 ms 926 samples 338 bytes"},
     };
@@ -212,7 +232,8 @@ std::string oggPage(const std::string &packet, std::uint64_t granule, int sequen
     }
     std::string page = "OggS" + bytes({0, type});
     for (int i = 0; i < 8; ++i) page += static_cast<char>(granule >> (8 * i) & 0xFF);
-    return page + le32(0x1234) + le32(sequence) + le32(0) + static_cast<char>(lacing.size()) + lacing + packet;
+    return page + le32(0x1234) + le32(sequence) + le32(0) + static_cast<char>(lacing.size()) + lacing +
+           packet;
 }
 std::string vorbisId(int channels, std::uint32_t rate) {
     return "\x01vorbis" + le32(0) + bytes({channels}) + le32(rate) + le32(0) + le32(128000) + le32(0) +
@@ -223,30 +244,40 @@ std::string vorbisComments(const std::vector<std::string> &comments) {
     for (const std::string &c : comments) packet += le32(c.size()) + c;
     return packet + bytes({1});
 }
-std::string ogg(int channels, std::uint32_t rate, std::uint64_t samples, const std::vector<std::string> &comments,
-                bool audio = true) {
-    std::string f = oggPage(vorbisId(channels, rate), 0, 0, 2) + oggPage(vorbisComments(comments) + "\x05vorbis-setup", 0, 1);
-    if (audio) f += oggPage(std::string(200, 'a'), samples / 2, 2) + oggPage(std::string(3744, 'b'), samples, 3, 4);
+std::string ogg(int channels, std::uint32_t rate, std::uint64_t samples,
+                const std::vector<std::string> &comments, bool audio = true) {
+    std::string f = oggPage(vorbisId(channels, rate), 0, 0, 2) +
+                    oggPage(vorbisComments(comments) + "\x05vorbis-setup", 0, 1);
+    if (audio)
+        f += oggPage(std::string(200, 'a'), samples / 2, 2) + oggPage(std::string(3744, 'b'), samples, 3, 4);
     return f;
 }
 
 TEST_F(Media, OggVorbis) {
-    const MediaFileInfo info = read("a.ogg", ogg(2, 44100, 441000,
-                                                 {"title=Lower Case", "ARTIST=Someone", "ALBUM=Record", "DATE=2001",
-                                                  "COMMENT=Fine, thanks", "GENRE=Ambient", "TRACKNUMBER=3/10", "X=y"}));
-    EXPECT_EQ(tags(info), "Lower Case|Someone|Record|2001|Ambient|3|Fine, thanks") << "no genre table, punctuation kept";
-    EXPECT_EQ(stream(info), "44100 Hz 2 ch 3 kbit vbr 10000 ms 441000 samples 4014 bytes") << "the file less its headers";
+    const MediaFileInfo info =
+        read("a.ogg", ogg(2, 44100, 441000,
+                          {"title=Lower Case", "ARTIST=Someone", "ALBUM=Record", "DATE=2001",
+                           "COMMENT=Fine, thanks", "GENRE=Ambient", "TRACKNUMBER=3/10", "X=y"}));
+    EXPECT_EQ(tags(info), "Lower Case|Someone|Record|2001|Ambient|3|Fine, thanks")
+        << "no genre table, punctuation kept";
+    EXPECT_EQ(stream(info), "44100 Hz 2 ch 3 kbit vbr 10000 ms 441000 samples 4014 bytes")
+        << "the file less its headers";
     EXPECT_NEAR(info.Bitrate, 4014 * 8 / 10000.0, 1e-9);
-    EXPECT_NEAR(read("m.ogg", ogg(1, 22050, 220500, {"TITLE=x", "X=y"})).Bitrate, 2 * 4014 * 8 / 10000.0, 1e-9)
+    EXPECT_NEAR(read("m.ogg", ogg(1, 22050, 220500, {"TITLE=x", "X=y"})).Bitrate, 2 * 4014 * 8 / 10000.0,
+                1e-9)
         << "mono shows twice its rate";
 
     // The last comment runs on into the next header up to three NULs; a next
     // length of 0x1000 is the NUL 0x10 NUL pattern and cuts one byte too many;
     // only the first 2048 bytes of the packet are searched.
     EXPECT_EQ(read("last.ogg", ogg(2, 44100, 44100, {"TITLE=Tail"})).Title.substr(0, 5), "Tail\x01");
-    EXPECT_EQ(read("big.ogg", ogg(2, 44100, 44100, {"ARTIST=Cut short", "ALBUM=" + std::string(0x1000 - 6, 'z')})).Artist,
-              "Cut shor");
-    EXPECT_EQ(read("late.ogg", ogg(2, 44100, 44100, {"E=" + std::string(2100, 'e'), "TITLE=Late", "X=y"})).Title, "");
+    EXPECT_EQ(
+        read("big.ogg", ogg(2, 44100, 44100, {"ARTIST=Cut short", "ALBUM=" + std::string(0x1000 - 6, 'z')}))
+            .Artist,
+        "Cut shor");
+    EXPECT_EQ(
+        read("late.ogg", ogg(2, 44100, 44100, {"E=" + std::string(2100, 'e'), "TITLE=Late", "X=y"})).Title,
+        "");
 
     struct Row {
         const char *what;
@@ -262,8 +293,10 @@ TEST_F(Media, OggVorbis) {
         {"not Vorbis: comments only", speex, "0 Hz 0 ch 0 kbit vbr 0 ms 0 samples 4014 bytes"},
         {"a granule beyond 32 bits", ogg(2, 44100, 0x80000000ull, {"TITLE=Long"}),
          "44100 Hz 2 ch 128000 kbit vbr 0 ms 0 samples 4014 bytes"},
-        {"rate 0", ogg(2, 0, 1000, {"TITLE=x", "X=y"}), "0 Hz 2 ch 128000 kbit vbr 0 ms 1000 samples 4014 bytes"},
-        {"no comment packet: the length stays whole", oggPage(vorbisId(1, 8000), 0, 0) + oggPage("audio", 8000, 1),
+        {"rate 0", ogg(2, 0, 1000, {"TITLE=x", "X=y"}),
+         "0 Hz 2 ch 128000 kbit vbr 0 ms 1000 samples 4014 bytes"},
+        {"no comment packet: the length stays whole",
+         oggPage(vorbisId(1, 8000), 0, 0) + oggPage("audio", 8000, 1),
          "8000 Hz 1 ch 1 kbit vbr 1000 ms 8000 samples 91 bytes"},
         {"wrong magic: the stream still read, the length whole", riff,
          "44100 Hz 2 ch 3 kbit vbr 10000 ms 441000 samples 4156 bytes"},
@@ -277,8 +310,8 @@ std::string flacBlock(int type, const std::string &body, bool last = false) {
     return bytes({type | (last ? 0x80 : 0)}) + be(body.size(), 3) + body;
 }
 std::string streamInfo(std::uint32_t rate, int channels, std::uint64_t samples) {
-    const std::uint64_t packed =
-        (std::uint64_t{rate} << 44) | (std::uint64_t(channels - 1) << 41) | (std::uint64_t(15) << 36) | samples;
+    const std::uint64_t packed = (std::uint64_t{rate} << 44) | (std::uint64_t(channels - 1) << 41) |
+                                 (std::uint64_t(15) << 36) | samples;
     return bytes({0x10, 0, 0x10, 0}) + be(0, 6) + be(packed, 8) + std::string(16, '\x5A');
 }
 std::string flacComments(const std::vector<std::string> &comments) {
@@ -289,9 +322,10 @@ std::string flacComments(const std::vector<std::string> &comments) {
 
 TEST_F(Media, FlacAndAac) {
     const std::string audio(9000, '\x33');
-    const std::string studio = "fLaC" + flacBlock(0, streamInfo(96000, 2, 960000)) +
-                               flacBlock(4, flacComments({"TITLE=Studio", "TRACKNUMBER=12", "GENRE=Jazz", "X=1"})) +
-                               flacBlock(1, std::string(300, '\0'), true);
+    const std::string studio =
+        "fLaC" + flacBlock(0, streamInfo(96000, 2, 960000)) +
+        flacBlock(4, flacComments({"TITLE=Studio", "TRACKNUMBER=12", "GENRE=Jazz", "X=1"})) +
+        flacBlock(1, std::string(300, '\0'), true);
     EXPECT_EQ(tags(read("s.flac", studio + audio)), "Studio||||Jazz|12|");
     struct Row {
         const char *what;
@@ -299,24 +333,29 @@ TEST_F(Media, FlacAndAac) {
     };
     const Row rows[] = {
         // The length counted from the 1-based position of the first audio byte: one short.
-        {"stream and comments", "s.flac", studio + audio, "96000 Hz 2 ch 7 kbit vbr 10000 ms 960000 samples 8999 bytes"},
+        {"stream and comments", "s.flac", studio + audio,
+         "96000 Hz 2 ch 7 kbit vbr 10000 ms 960000 samples 8999 bytes"},
         {"comments after other blocks; mono doubled", "late.flac",
          "fLaC" + flacBlock(0, streamInfo(44100, 1, 44100)) + flacBlock(1, std::string(5000, '\0')) +
              flacBlock(4, flacComments({"ARTIST=Late", "X=1"}), true) + audio,
          "44100 Hz 1 ch 144 kbit vbr 1000 ms 44100 samples 8999 bytes"},
         {"a block that runs past the end", "run.flac",
-         "fLaC" + flacBlock(0, streamInfo(44100, 2, 44100)) + bytes({0x01, 0xFF, 0xFF, 0xFF}) + std::string(100, '\0'),
+         "fLaC" + flacBlock(0, streamInfo(44100, 2, 44100)) + bytes({0x01, 0xFF, 0xFF, 0xFF}) +
+             std::string(100, '\0'),
          "44100 Hz 2 ch 1 kbit vbr 1000 ms 44100 samples 146 bytes"},
         {"blocks that never say last", "end.flac",
          "fLaC" + flacBlock(0, streamInfo(44100, 2, 44100)) + std::string(20000, '\0'),
          "44100 Hz 2 ch 160 kbit vbr 1000 ms 44100 samples 20042 bytes"},
-        {"a sample count beyond 32 bits", "big.flac", "fLaC" + flacBlock(0, streamInfo(44100, 2, 0x800000000ull), true),
+        {"a sample count beyond 32 bits", "big.flac",
+         "fLaC" + flacBlock(0, streamInfo(44100, 2, 0x800000000ull), true),
          "44100 Hz 2 ch 0 kbit vbr 0 ms 0 samples -1 bytes"},
-        {"no FLAC", "wrong.flac", "fLaX" + std::string(100, '\x01'), "0 Hz 0 ch 0 kbit 0 ms 0 samples 104 bytes"},
+        {"no FLAC", "wrong.flac", "fLaX" + std::string(100, '\x01'),
+         "0 Hz 0 ch 0 kbit 0 ms 0 samples 104 bytes"},
         {"a real AAC file is not read", "real.aac", bytes({0xFF, 0xF1, 0x50, 0x80, 0x02, 0x1F, 0xFC}) + audio,
          "0 Hz 0 ch 0 kbit 0 ms 0 samples 0 bytes"},
         {"FLAC under .aac: the stream, no comments, no rate", "flac.aac",
-         "fLaC" + flacBlock(0, streamInfo(48000, 2, 96000)) + flacBlock(4, flacComments({"TITLE=Hidden"}), true) + audio,
+         "fLaC" + flacBlock(0, streamInfo(48000, 2, 96000)) +
+             flacBlock(4, flacComments({"TITLE=Hidden"}), true) + audio,
          "48000 Hz 2 ch 0 kbit vbr 2000 ms 96000 samples 0 bytes"},
     };
     for (const Row &row : rows) EXPECT_EQ(stream(read(row.name, row.content)), row.stream) << row.what;
@@ -357,7 +396,8 @@ TEST(BitString, DigitsAndValues) {
     EXPECT_EQ(binaryToLong(""), 0);
     EXPECT_EQ(binaryToLong(std::string(31, '1')), 2147483647);
     EXPECT_EQ(binaryToLong(bytesToBinary(bytes({0x12, 0x34, 0x56, 0x78}))), 0x12345678);
-    for (const auto &[text, error] : {std::pair{"1" + std::string(31, '0'), err::Overflow}, {"102", err::TypeMismatch}})
+    for (const auto &[text, error] :
+         {std::pair{"1" + std::string(31, '0'), err::Overflow}, {"102", err::TypeMismatch}})
         try {
             binaryToLong(text);
             ADD_FAILURE() << text;

@@ -26,11 +26,13 @@ struct MediaTools : ::testing::Test {
     // Noise the encoders cannot squeeze much: their rates come out near what
     // they were asked for.
     void noise(const std::string &name, int rate, int channels, double seconds) {
-        run({"sox", "-n", "-r", std::to_string(rate), "-c", std::to_string(channels), "-b", "16", name, "synth",
-             std::to_string(seconds), "whitenoise", "vol", "0.5"});
+        run({"sox", "-n", "-r", std::to_string(rate), "-c", std::to_string(channels), "-b", "16", name,
+             "synth", std::to_string(seconds), "whitenoise", "vol", "0.5"});
     }
     MediaFileInfo read(const std::string &name) { return readMediaInfo(dir.file(name)); }
-    double size(const std::string &name) { return static_cast<double>(std::filesystem::file_size(dir.file(name))); }
+    double size(const std::string &name) {
+        return static_cast<double>(std::filesystem::file_size(dir.file(name)));
+    }
     // The size an ID3v2 header gives, decoded the standard way (7 bits a byte).
     double id3v2Size(const std::string &name) {
         const std::string head = readFile(dir.file(name)).substr(0, 10);
@@ -46,9 +48,11 @@ std::string tags(const MediaFileInfo &i) {
            std::to_string(i.TrackNumber) + "|" + i.Comments;
 }
 
-const std::vector<std::string> kLameTags = {"--tt", "My Title", "--ta", "The Artist", "--tl",      "An Album", "--ty",
-                                            "2003", "--tn", "7",        "--tg", "Rock",       "--tc", "hello, world"};
-std::vector<std::string> lame(std::vector<std::string> head, const std::vector<std::string> &tail, bool tagged = true) {
+const std::vector<std::string> kLameTags = {"--tt",     "My Title", "--ta", "The Artist",  "--tl",
+                                            "An Album", "--ty",     "2003", "--tn",        "7",
+                                            "--tg",     "Rock",     "--tc", "hello, world"};
+std::vector<std::string> lame(std::vector<std::string> head, const std::vector<std::string> &tail,
+                              bool tagged = true) {
     head.insert(head.begin(), {"lame", "--quiet"});
     if (tagged) head.insert(head.end(), kLameTags.begin(), kLameTags.end());
     head.insert(head.end(), tail.begin(), tail.end());
@@ -112,8 +116,8 @@ TEST_F(MediaTools, Mp3sFromLame) {
         const char *file;
         int frequency, channels, bitrate;
     };
-    for (const Row &row : {Row{"both.mp3", 44100, 2, 128}, Row{"s48.mp3", 48000, 2, 192}, Row{"m32.mp3", 32000, 1, 64},
-                           Row{"dual.mp3", 48000, 2, 160}}) {
+    for (const Row &row : {Row{"both.mp3", 44100, 2, 128}, Row{"s48.mp3", 48000, 2, 192},
+                           Row{"m32.mp3", 32000, 1, 64}, Row{"dual.mp3", 48000, 2, 160}}) {
         const MediaFileInfo info = read(row.file);
         EXPECT_EQ(info.Frequency, row.frequency) << row.file;
         EXPECT_EQ(info.Channels, row.channels) << row.file;
@@ -135,8 +139,10 @@ TEST_F(MediaTools, OggVorbisFromOggenc) {
     need({"sox", "oggenc"});
     noise("in.wav", 44100, 2, 5);
     noise("m.wav", 48000, 1, 4);
-    run({"oggenc", "-Q", "-b", "128", "--managed", "-c", "COMMENT=hi there", "-t", "My Title", "-a", "The Artist", "-l",
-         "An Album", "-d", "2003", "-G", "Rock", "-N", "7", "in.wav", "-o", "s.ogg"});
+    run({"oggenc", "-Q",       "-b",   "128",        "--managed", "-c",       "COMMENT=hi there",
+         "-t",     "My Title", "-a",   "The Artist", "-l",        "An Album", "-d",
+         "2003",   "-G",       "Rock", "-N",         "7",         "in.wav",   "-o",
+         "s.ogg"});
     run({"oggenc", "-Q", "-b", "64", "--managed", "in.wav", "m.wav"});
     const MediaFileInfo info = read("s.ogg");
     EXPECT_EQ(tags(info), "My Title|The Artist|An Album|2003|Rock|7|hi there");
@@ -156,9 +162,9 @@ TEST_F(MediaTools, OggVorbisFromOggenc) {
 TEST_F(MediaTools, FlacFromFlac) {
     need({"sox", "flac"});
     noise("in.wav", 44100, 2, 2);
-    const std::vector<std::string> flacTags = {"-T", "TITLE=My Title", "-T", "ARTIST=The Artist", "-T", "ALBUM=An Album",
-                                               "-T", "DATE=2003", "-T", "TRACKNUMBER=7", "-T", "GENRE=Rock",
-                                               "-T", "COMMENT=hi there", "-T", "ENCODEDBY=tests"};
+    const std::vector<std::string> flacTags = {
+        "-T", "TITLE=My Title", "-T", "ARTIST=The Artist", "-T", "ALBUM=An Album",   "-T", "DATE=2003",
+        "-T", "TRACKNUMBER=7",  "-T", "GENRE=Rock",        "-T", "COMMENT=hi there", "-T", "ENCODEDBY=tests"};
     std::vector<std::string> padded = {"flac", "-s"}, tight = {"flac", "-s", "--no-padding"};
     for (auto *args : {&padded, &tight}) args->insert(args->end(), flacTags.begin(), flacTags.end());
     padded.insert(padded.end(), {"in.wav", "-o", "padded.flac"});

@@ -50,7 +50,8 @@ TEST(MediaTab, ValuesOfTheDiscReport) {
     const std::string used =
         "\r\nThat data below may not reflect the real status of the inserted medium"
         "\r\nCD-RW                : yes\r\nTotal Capacity       : 79:57:74 (359849 blocks, 702/807 MB)"
-        "\r\nCD-R medium          : Ritek  Co.\r\n                       Short Strategy Type\r\nRecording Speed      : 4X"
+        "\r\nCD-R medium          : Ritek  Co.\r\n                       Short Strategy Type\r\nRecording "
+        "Speed      : 4X"
         "\r\nCD-R empty           : no\r\nToc Type             : CD-ROM XA\r\nSessions             : 2"
         "\r\nLast Track           : 7\r\nAppendable           : yes";
     DeviceInfo cd;
@@ -60,7 +61,8 @@ TEST(MediaTab, ValuesOfTheDiscReport) {
     EXPECT_EQ(tab.chkMedia, (std::array<bool, 3>{true, false, false}))
         << "the appendable key never matches the tool's padded line";
     EXPECT_EQ(tab.lblCapacityValue, "79:57:74 (359849s, 702/807 MB)");
-    EXPECT_EQ(tab.lblManufacturerValue.substr(0, 11), "RitekCo.\r\n ") << "up to the next colon, double blanks gone";
+    EXPECT_EQ(tab.lblManufacturerValue.substr(0, 11), "RitekCo.\r\n ")
+        << "up to the next colon, double blanks gone";
     EXPECT_EQ(tab.lblTOCTypeValue, "CD-ROM XA");
     EXPECT_EQ(tab.lblSessionsValue, "2");
     EXPECT_EQ(tab.lblTracksValue, "7");
@@ -73,8 +75,8 @@ TEST(MediaTab, ValuesOfTheDiscReport) {
     const MediaTab other = MediaInfo(dvd, used, 4.7e9);
     EXPECT_EQ(other.chkMedia, (std::array<bool, 3>{}));
     EXPECT_EQ(other.lblCapacityValue, "4482 MB");
-    for (const std::string &value : {other.lblManufacturerValue, other.lblTOCTypeValue, other.lblSessionsValue,
-                                     other.lblTracksValue, other.lblWriteSpeedValue})
+    for (const std::string &value : {other.lblManufacturerValue, other.lblTOCTypeValue,
+                                     other.lblSessionsValue, other.lblTracksValue, other.lblWriteSpeedValue})
         EXPECT_EQ(value, "n/a");
     EXPECT_TRUE(isDVDMediaType("DVD+RW"));
     EXPECT_FALSE(isDVDMediaType("DVD-RAM"));

@@ -37,7 +37,8 @@ TEST_F(Discovery, OneScanMakesARecordPerDrive) {
 }
 
 TEST_F(Discovery, AScanThatListsNoDriveEndsBare) {
-    fake.answer({"Cdrdao version 1.2.4", "ERROR: Unable to access sysfs filesystem at /sys/bus/scsi/devices"});
+    fake.answer(
+        {"Cdrdao version 1.2.4", "ERROR: Unable to access sysfs filesystem at /sys/bus/scsi/devices"});
     EXPECT_FALSE(scanbus(state, fake.host));
     EXPECT_EQ(fake.statuses, std::vector<std::string>{"Could not find any host adapters."});
     EXPECT_EQ(fake.mode, Mode::HideMe) << "the early return leaves the mode";
@@ -66,7 +67,8 @@ TEST_F(Discovery, StartUpFillsTheReaderThenTheWriterList) {
     EXPECT_EQ(state.devices.item(0).Driver, "generic-mmc");
     EXPECT_EQ(state.devices.item(0).DriverOptions, "0");
     EXPECT_EQ(fake.commands[2], "\"/app/external/cdrdao\" drive-info --device /dev/sr0 --driver generic-mmc");
-    EXPECT_EQ(fake.commands[4], "\"/app/external/cdrdao\" drive-info --device /dev/sr1 --driver generic-mmc-raw");
+    EXPECT_EQ(fake.commands[4],
+              "\"/app/external/cdrdao\" drive-info --device /dev/sr1 --driver generic-mmc-raw");
     EXPECT_EQ(lists.writer, std::vector<std::string>{"/dev/sr0: PLEXTOR, CD-R   PX-W4012A"});
     EXPECT_EQ(lists.writerIndex, 0) << "the saved writer is no writer now: the first one";
     EXPECT_EQ(fake.log, "/dev/sr1: ASUS, DRW: 24B1ST (Raw Driver Recommended)\r\n");
@@ -124,7 +126,9 @@ struct Lists : ::testing::Test {
         writer.ASPIFullName = "/dev/sr0: PLEXTOR, PX-W4012A";
         writer.isWriter = true;
         writer.WriteSpeeds = "40x,32x,16x";
-        writer.WriterOptions = "3000110000" "32x";
+        writer.WriterOptions =
+            "3000110000"
+            "32x";
         state.devices.Add("1", writer);
         DeviceInfo reader;
         reader.ASPIDeviceID = "/dev/sr1";
@@ -137,7 +141,8 @@ TEST_F(Lists, ListsKeepTheirSelectionWhereTheyCan) {
     lists.readerIndex = 1;
     lists.writerIndex = 4;
     fillDeviceLists(state, lists);
-    EXPECT_EQ(lists.reader, (std::vector<std::string>{"/dev/sr0: PLEXTOR, PX-W4012A", "/dev/sr1: ASUS, DVD"}));
+    EXPECT_EQ(lists.reader,
+              (std::vector<std::string>{"/dev/sr0: PLEXTOR, PX-W4012A", "/dev/sr1: ASUS, DVD"}));
     EXPECT_EQ(lists.writer, std::vector<std::string>{"/dev/sr0: PLEXTOR, PX-W4012A"});
     EXPECT_EQ(lists.readerIndex, 1);
     EXPECT_EQ(lists.writerIndex, 0) << "an index the new list cannot hold falls back to the first";
@@ -168,7 +173,9 @@ TEST_F(Lists, WriterClickLoadsThePanelAndTheSpeeds) {
     EXPECT_EQ(panel.cmbSpeed, "32x");
     EXPECT_EQ(panel.cmbSpeedIndex, 1);
 
-    state.devices.item(0).WriterOptions = "3000110000" "4x";
+    state.devices.item(0).WriterOptions =
+        "3000110000"
+        "4x";
     cmbWriterDevice_Click(state, panel, memory, fake.layer, statusPanel);
     EXPECT_EQ(panel.cmbSpeed, "40x") << "a saved speed the drive no longer offers gives the first";
 }

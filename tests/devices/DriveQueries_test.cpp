@@ -18,9 +18,12 @@ struct FullReportLayer : platform::LinuxDriveLayer {
 };
 
 std::vector<std::string> driveInfo(const std::string &media, const std::vector<std::string> &speedLines) {
-    std::vector<std::string> lines = {"/dev/sr0: PLEXTOR  PX-W4012A  Rev: 1.01 ", "Inserted Media: " + media,
-                                      "Reads   : CD-R CD-RW CD-ROM  ",          "Writes  : CD-R CD-RW",
-                                      "Features: BURN-Proof",                   "Buffer Size:  2048 kB",
+    std::vector<std::string> lines = {"/dev/sr0: PLEXTOR  PX-W4012A  Rev: 1.01 ",
+                                      "Inserted Media: " + media,
+                                      "Reads   : CD-R CD-RW CD-ROM  ",
+                                      "Writes  : CD-R CD-RW",
+                                      "Features: BURN-Proof",
+                                      "Buffer Size:  2048 kB",
                                       "Buffer Underrun Protection: yes"};
     lines.insert(lines.end(), speedLines.begin(), speedLines.end());
     return lines;
@@ -54,8 +57,14 @@ TEST(DriveInfoText, FieldsAndTheChoiceOfSpeeds) {
         bool inserted;
     };
     const Row rows[] = {
-        {"CD-RW", {"Maximum Writing Speed : 7056 kB/s (24x)", "Available Write Speeds: 4-10x 8x 4x"}, "4-10x,8x", true},
-        {"n/a", {"Maximum Writing Speed : 1764 kB/s (10x)", "Available Write Speeds: 0x"}, "10x,8x,6x,4x,2x,1x", false},
+        {"CD-RW",
+         {"Maximum Writing Speed : 7056 kB/s (24x)", "Available Write Speeds: 4-10x 8x 4x"},
+         "4-10x,8x",
+         true},
+        {"n/a",
+         {"Maximum Writing Speed : 1764 kB/s (10x)", "Available Write Speeds: 0x"},
+         "10x,8x,6x,4x,2x,1x",
+         false},
         {"CD-R", {"Maximum Writing Speed : 0 kB/s (0x)", "Available Write Speeds: MAX"}, "Max", true},
         {"DVD-ROM", {}, "", true},
     };
@@ -106,7 +115,8 @@ TEST_F(Query, ADriveSlowToAnswerIsAskedThreeTimesMore) {
     EXPECT_EQ(state.driveRetries, 0);
     EXPECT_EQ(drive().WriteSpeeds, "16x");
     EXPECT_EQ(fake.mode, Mode::WriteCD);
-    EXPECT_EQ(std::count(fake.splash.begin(), fake.splash.end(), "step"), 1) << "only the answered try counts";
+    EXPECT_EQ(std::count(fake.splash.begin(), fake.splash.end(), "step"), 1)
+        << "only the answered try counts";
 
     // A drive that never answers ends in the error handler, the mode hidden.
     for (int i = 0; i < 4; ++i) fake.answer({}, false);
@@ -157,11 +167,12 @@ TEST_F(Query, MediaRefreshKeepsOrResetsTheSpeedChoice) {
 }
 
 std::vector<std::string> diskInfo(bool rewritable, bool blank, bool appendable) {
-    std::vector<std::string> lines = {"That data below may not reflect the real status of the inserted medium",
-                                      std::string("CD-RW                : ") + (rewritable ? "yes" : "no"),
-                                      "Total Capacity       : 79:59:74 (359849 blocks, 702/807 MB)",
-                                      std::string("CD-R empty           : ") + (blank ? "yes" : "no"),
-                                      std::string("Appendable           : ") + (appendable ? "yes" : "no")};
+    std::vector<std::string> lines = {
+        "That data below may not reflect the real status of the inserted medium",
+        std::string("CD-RW                : ") + (rewritable ? "yes" : "no"),
+        "Total Capacity       : 79:59:74 (359849 blocks, 702/807 MB)",
+        std::string("CD-R empty           : ") + (blank ? "yes" : "no"),
+        std::string("Appendable           : ") + (appendable ? "yes" : "no")};
     if (appendable) lines.push_back("Remaining Capacity   : 73:31:50 (330875 blocks, 646/727 MB)");
     return lines;
 }
@@ -175,9 +186,11 @@ TEST(DiscStatus, WhatTheDiscIs) {
     };
     const std::string nul(1, '\0');
     const Row rows[] = {
-        {diskInfo(false, true, false), true, "E" + nul + "359849" + nul + "0", "Checking for writable media..."},
+        {diskInfo(false, true, false), true, "E" + nul + "359849" + nul + "0",
+         "Checking for writable media..."},
         // Blank and appendable at once: appendable wins.
-        {diskInfo(false, true, true), true, "A" + nul + "330875" + nul + "0", "Checking for writable media..."},
+        {diskInfo(false, true, true), true, "A" + nul + "330875" + nul + "0",
+         "Checking for writable media..."},
         {diskInfo(false, false, false), true, "C" + nul + "0" + nul + "0", "Checking for writable media..."},
         {{}, false, "X" + nul + "0", "Operation Cancelled"},
         {{"WARNING: Inserted medium is not a CD."}, true, "0" + nul + "0", "No writable media found!"},
@@ -189,8 +202,9 @@ TEST(DiscStatus, WhatTheDiscIs) {
         context.writer = "/dev/sr0: PLEXTOR, PX";
         context.deviceFragment = " --device /dev/sr0 --driver generic-mmc:0x0 ";
         EXPECT_EQ(discStatus(fake.host, context), row.result);
-        EXPECT_EQ(fake.commands, std::vector<std::string>{
-                                     "\"/app/external/cdrdao\" disk-info --device /dev/sr0 --driver generic-mmc:0x0 "});
+        EXPECT_EQ(fake.commands,
+                  std::vector<std::string>{
+                      "\"/app/external/cdrdao\" disk-info --device /dev/sr0 --driver generic-mmc:0x0 "});
         EXPECT_EQ(fake.statuses.back(), row.status);
     }
     ScriptedHost fake;

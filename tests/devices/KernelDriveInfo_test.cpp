@@ -63,11 +63,12 @@ TEST(KernelDriveInfo, TheMediumAsksAsFewToolsAsItCan) {
     EXPECT_EQ(queryMedium(fake.host, device, "/dev/sr0", dvdDrive), "CD-RW");
     fake.answer({"ERROR: Unit not ready, giving up."}, false);
     EXPECT_EQ(queryMedium(fake.host, device, "/dev/sr1", {}), "n/a") << "a CD drive is asked by cdrdao alone";
-    EXPECT_EQ(fake.commands,
-              (std::vector<std::string>{"\"/app/external/dvd+rw-mediainfo\" /dev/sr0",
-                                        "\"/app/external/dvd+rw-mediainfo\" /dev/sr0",
-                                        "\"/app/external/cdrdao\" disk-info --device /dev/sr0 --driver generic-mmc",
-                                        "\"/app/external/cdrdao\" disk-info --device /dev/sr1 --driver generic-mmc"}));
+    EXPECT_EQ(
+        fake.commands,
+        (std::vector<std::string>{
+            "\"/app/external/dvd+rw-mediainfo\" /dev/sr0", "\"/app/external/dvd+rw-mediainfo\" /dev/sr0",
+            "\"/app/external/cdrdao\" disk-info --device /dev/sr0 --driver generic-mmc",
+            "\"/app/external/cdrdao\" disk-info --device /dev/sr1 --driver generic-mmc"}));
 }
 
 }  // namespace

@@ -1,7 +1,5 @@
 // The device dialog against the fake drive: what it shows on both tabs,
 // that its boxes cannot be changed, and that nothing on it is cut off.
-#include "devices/frmDeviceInfo.h"
-
 #include <gtest/gtest.h>
 
 #include <QApplication>
@@ -11,6 +9,7 @@
 #include <QTabWidget>
 
 #include "devices/Discovery.h"
+#include "devices/frmDeviceInfo.h"
 #include "exec/CommandRunner.h"
 #include "testlib/FakeDrive.h"
 #include "testlib/TestSupport.h"
@@ -32,7 +31,9 @@ struct DeviceDialog : ::testing::Test {
         host.layer = &installFakeDrive(app.path(), drives);
         host.cdrdao = app.file("external/cdrdao");
         host.mediaInfoTool = app.file("external/dvd+rw-mediainfo");
-        host.run = [this](const std::string &command) { return ToolRun{runner.commandExecute(command), runner.commandOutput}; };
+        host.run = [this](const std::string &command) {
+            return ToolRun{runner.commandExecute(command), runner.commandOutput};
+        };
         DeviceLists lists;
         startupScanDevices(state, host, true, lists);
         startupConfigureDevices(state, host, lists, "");
@@ -74,7 +75,8 @@ TEST_F(DeviceDialog, TheWriterAndTheDiscInIt) {
     EXPECT_EQ(fakeCalls(app.path()).back(), "cdrdao disk-info --device /dev/sr0 --driver generic-mmc:0x0");
     EXPECT_EQ(ticked("chkMedia"), std::vector<int>{0});
     EXPECT_NE(text(form->lblCapacityValue).find("(359849s, "), std::string::npos);
-    EXPECT_EQ(text(form->lblManufacturerValue), "CMC Magnetics Corporation") << "the tool's next lines stay out";
+    EXPECT_EQ(text(form->lblManufacturerValue), "CMC Magnetics Corporation")
+        << "the tool's next lines stay out";
     EXPECT_NE(form->lblManufacturerValue->toolTip().indexOf("Short Strategy"), -1);
     EXPECT_EQ(text(form->lblSessionsValue), "2");
     EXPECT_EQ(text(form->lblTracksValue), "7");
@@ -123,7 +125,8 @@ TEST_F(DeviceDialog, NothingIsCutOffAndTheSpeedsAreCutToFit) {
         EXPECT_EQ(form->size(), size) << "the dialog has its size before either tab is looked at";
         std::vector<QWidget *> shown;
         for (QWidget *w : page->findChildren<QWidget *>())
-            if ((qobject_cast<QLabel *>(w) || qobject_cast<QCheckBox *>(w)) && w->isVisible()) shown.push_back(w);
+            if ((qobject_cast<QLabel *>(w) || qobject_cast<QCheckBox *>(w)) && w->isVisible())
+                shown.push_back(w);
         ASSERT_GT(shown.size(), 8u);
         for (QWidget *w : shown) {
             const std::string name = w->objectName().toStdString();
@@ -133,9 +136,10 @@ TEST_F(DeviceDialog, NothingIsCutOffAndTheSpeedsAreCutToFit) {
                 EXPECT_GE(w->height(), w->sizeHint().height()) << name;
             }
             for (QWidget *other : shown)
-                if (other != w && other->parentWidget() == w->parentWidget())
+                if (other != w && other->parentWidget() == w->parentWidget()) {
                     EXPECT_FALSE(w->geometry().intersects(other->geometry()))
                         << name << " over " << other->objectName().toStdString();
+                }
         }
     }
 
@@ -170,7 +174,8 @@ TEST_F(DeviceDialog, PlacedBesideTheMainForm) {
     form->showBeside(&mainForm);
     settle();
     EXPECT_FALSE(form->frameGeometry().intersects(mainForm.frameGeometry()));
-    EXPECT_GT(form->frameGeometry().left(), mainForm.frameGeometry().left()) << "on the right where there is room";
+    EXPECT_GT(form->frameGeometry().left(), mainForm.frameGeometry().left())
+        << "on the right where there is room";
 
     // The main form against the screen's right edge: the dialog goes left.
     const QRect room = mainForm.screen()->availableGeometry();

@@ -30,7 +30,8 @@ struct Row {
     std::string expected;
 };
 
-std::string compose(Panels s, Piece piece, bool useRaw, bool dataDisc, bool lock, const platform::DeviceForms &forms) {
+std::string compose(Panels s, Piece piece, bool useRaw, bool dataDisc, bool lock,
+                    const platform::DeviceForms &forms) {
     switch (piece) {
         case Piece::Write:
             return writeDevice(s.write, s.settings, s.drive, useRaw, dataDisc, lock, forms);
@@ -51,25 +52,29 @@ std::string compose(Panels s, Piece piece, bool useRaw, bool dataDisc, bool lock
 const auto none = [](Panels &) {};
 
 const Row kRows[] = {
-    {"the example", [](Panels &s) { s.settings.chkUseSPTI = s.write.chkWriteCDText = 1; }, Piece::Write, true, false,
-     true, " --device SPTILOCK:1,0,0 --driver generic-mmc:0x10 "},
-    {"an unticked buffer protection sets its bit", [](Panels &s) { s.write.chkBurnProof = 0; }, Piece::Write, true,
-     false, false, " --device ASPI:1,0,0 --driver generic-mmc:0x40 "},
+    {"the example", [](Panels &s) { s.settings.chkUseSPTI = s.write.chkWriteCDText = 1; }, Piece::Write, true,
+     false, true, " --device SPTILOCK:1,0,0 --driver generic-mmc:0x10 "},
+    {"an unticked buffer protection sets its bit", [](Panels &s) { s.write.chkBurnProof = 0; }, Piece::Write,
+     true, false, false, " --device ASPI:1,0,0 --driver generic-mmc:0x40 "},
     {"OR, not addition",
      [](Panels &s) {
          s.write.chkWriteCDText = 1;
          s.drive.DriverOptions = "10";
      },
      Piece::Write, true, false, false, " --device ASPI:1,0,0 --driver generic-mmc:0x10 "},
-    {"nothing to OR: the drive's word as it is", [](Panels &s) { s.drive.DriverOptions = "0010"; }, Piece::Write, true,
-     false, false, " --device ASPI:1,0,0 --driver generic-mmc:0x0010 "},
-    {"the raw driver takes no CD-Text bit", [](Panels &s) { s.write.ChkWriteDriverRaw = s.write.chkWriteCDText = 1; },
-     Piece::Write, true, false, false, " --device ASPI:1,0,0 --driver generic-mmc-raw:0x0 "},
+    {"nothing to OR: the drive's word as it is", [](Panels &s) { s.drive.DriverOptions = "0010"; },
+     Piece::Write, true, false, false, " --device ASPI:1,0,0 --driver generic-mmc:0x0010 "},
+    {"the raw driver takes no CD-Text bit",
+     [](Panels &s) { s.write.ChkWriteDriverRaw = s.write.chkWriteCDText = 1; }, Piece::Write, true, false,
+     false, " --device ASPI:1,0,0 --driver generic-mmc-raw:0x0 "},
     {"a multi-session data disc is never written raw",
      [](Panels &s) { s.write.ChkWriteDriverRaw = s.write.chkWriteCDText = s.write.chkMultiSession = 1; },
      Piece::Write, true, true, false, " --device ASPI:1,0,0 --driver generic-mmc:0x10 "},
-    {"a stored raw driver is not used", [](Panels &s) { s.drive = {"generic-mmc-raw", "20", ""}; }, Piece::Write,
-     true, false, false, " --device ASPI:1,0,0 --driver generic-mmc:0x20 "},
+    {"a stored raw driver is not used",
+     [](Panels &s) {
+         s.drive = {"generic-mmc-raw", "20", ""};
+     },
+     Piece::Write, true, false, false, " --device ASPI:1,0,0 --driver generic-mmc:0x20 "},
     {"only generic-mmc takes CD-Text",
      [](Panels &s) {
          s.drive = {"plextor", "20", ""};
@@ -88,13 +93,15 @@ const Row kRows[] = {
          s.write.ChkWriteDriverRaw = 1;
      },
      Piece::Write, true, false, false, " --device ASPI:1,0,0 --driver generic-mmc-raw:0x0 "},
-    {"reading: no CD-Text is a bit, a raw driver is none", [](Panels &s) { s.drive.Driver = "generic-mmc-raw"; },
-     Piece::Read, false, false, false, " --device ASPI:1,1,0 --driver generic-mmc:0x200000 "},
+    {"reading: no CD-Text is a bit, a raw driver is none",
+     [](Panels &s) { s.drive.Driver = "generic-mmc-raw"; }, Piece::Read, false, false, false,
+     " --device ASPI:1,1,0 --driver generic-mmc:0x200000 "},
     {"reading as the source of a copy",
      [](Panels &s) {
          s.read.chkReadCDText = s.read.chkSimpleTOC = s.read.chkSwapAudio = s.settings.chkUseSPTI = 1;
      },
-     Piece::Source, false, false, true, " --source-device SPTILOCK:1,1,0 --source-driver generic-mmc:0x30000 "},
+     Piece::Source, false, false, true,
+     " --source-device SPTILOCK:1,1,0 --source-driver generic-mmc:0x30000 "},
     {"reading without the table",
      [](Panels &s) {
          s.settings.UseDriverTable = false;
@@ -112,7 +119,8 @@ const Row kRows[] = {
          s.write.cmbBuffers = "1024";
          s.settings.verbosity = 3;
      },
-     Piece::WriteOpts, false, false, false, " --reload --overburn --simulate --force --multi -n --buffers 1024 -v 3 "},
+     Piece::WriteOpts, false, false, false,
+     " --reload --overburn --simulate --force --multi -n --buffers 1024 -v 3 "},
     {"read options", none, Piece::ReadOpts, false, false, false, " --paranoia-mode 0 "},
     {"raw, paranoia 3, RW subs",
      [](Panels &s) {
@@ -127,7 +135,8 @@ const Row kRows[] = {
          s.settings.chkUseSPTI = 1;
          s.write.cmbSpeed = "8x";
      },
-     Piece::DVD, true, false, false, " dev=SPTILOCK:1,0,0 driveropts=burnfree -v speed=8 fs=75x256f -eject -dao -gracetime=0"},
+     Piece::DVD, true, false, false,
+     " dev=SPTILOCK:1,0,0 driveropts=burnfree -v speed=8 fs=75x256f -eject -dao -gracetime=0"},
     {"the DVD writer with every option",
      [](Panels &s) {
          s.write.chkBurnProof = s.write.chkEject = 0;
@@ -135,14 +144,15 @@ const Row kRows[] = {
          s.write.cmbSpeed = "Max";
      },
      Piece::DVD, true, false, false,
-     " dev=ASPILOCK:1,0,0 driveropts=noburnfree -v -dummy -overburn fs=75x256f -multi -force -dao -gracetime=0"},
+     " dev=ASPILOCK:1,0,0 driveropts=noburnfree -v -dummy -overburn fs=75x256f -multi -force -dao "
+     "-gracetime=0"},
     {"a multi-session data DVD is never written raw",
-     [](Panels &s) { s.write.ChkWriteDriverRaw = s.write.chkMultiSession = 1; }, Piece::DVD, true, true, false,
-     " dev=ASPILOCK:1,0,0 driveropts=burnfree -v speed=16 fs=75x256f -multi -eject -dao -gracetime=0"},
+     [](Panels &s) { s.write.ChkWriteDriverRaw = s.write.chkMultiSession = 1; }, Piece::DVD, true, true,
+     false, " dev=ASPILOCK:1,0,0 driveropts=burnfree -v speed=16 fs=75x256f -multi -eject -dao -gracetime=0"},
     {"a raw DVD", [](Panels &s) { s.write.ChkWriteDriverRaw = 1; }, Piece::DVD, true, false, false,
      " dev=ASPILOCK:1,0,0 driveropts=burnfree -v speed=16 fs=75x256f -eject -raw -gracetime=0"},
-    {"ProDVD takes the drive's bare ASPI address", [](Panels &s) { s.settings.UseProDVD = true; }, Piece::DVD, true,
-     false, true, " dev=0,1,0 driveropts=burnfree -v speed=16 fs=75x256f -eject -dao -gracetime=0"},
+    {"ProDVD takes the drive's bare ASPI address", [](Panels &s) { s.settings.UseProDVD = true; }, Piece::DVD,
+     true, false, true, " dev=0,1,0 driveropts=burnfree -v speed=16 fs=75x256f -eject -dao -gracetime=0"},
 };
 
 Panels windowsPanels() {
@@ -192,8 +202,11 @@ TEST(Fragments, TheSameWithLinuxDevicePaths) {
 
 TEST(Fragments, HexOrWithoutPadding) {
     const std::pair<std::initializer_list<std::string_view>, const char *> rows[] = {
-        {{"0", "00000040"}, "40"}, {{"00000010", "00200000"}, "200010"}, {{"10", "00000010"}, "10"},
-        {{"ff", "100"}, "1FF"},    {{"0"}, "0"},
+        {{"0", "00000040"}, "40"},
+        {{"00000010", "00200000"}, "200010"},
+        {{"10", "00000010"}, "10"},
+        {{"ff", "100"}, "1FF"},
+        {{"0"}, "0"},
     };
     for (const auto &[words, result] : rows) EXPECT_EQ(hexOr(words), result);
 }

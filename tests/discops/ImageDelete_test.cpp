@@ -13,8 +13,8 @@
 
 using namespace saltmarrow;
 using namespace saltmarrow::discops;
-using saltmarrow::test::ScriptedDialogs;
 using saltmarrow::test::readFile;
+using saltmarrow::test::ScriptedDialogs;
 using saltmarrow::test::TempDir;
 using saltmarrow::test::writeFile;
 namespace fs = std::filesystem;

@@ -15,8 +15,8 @@
 
 using namespace saltmarrow;
 using namespace saltmarrow::discops;
-using saltmarrow::test::ScriptedDialogs;
 using saltmarrow::test::readFile;
+using saltmarrow::test::ScriptedDialogs;
 using saltmarrow::test::TempDir;
 using saltmarrow::test::writeFile;
 namespace fs = std::filesystem;
@@ -100,7 +100,8 @@ TEST(LoadTocTools, ASheetFromAnotherMachineIsRepairedAndThenSized) {
     EXPECT_EQ(readFile(toc),
               "CD_DA\r\nTRACK AUDIO\r\nFILE \"" + one + "\" 0\r\nTRACK AUDIO\r\nFILE \"" + two + "\" 0\r\n");
     ASSERT_FALSE(p.commands.empty());
-    EXPECT_EQ(platform::splitCommandLine(p.commands.back()), (std::vector<std::string>{p.ctx.cdrdao, "toc-info", toc}));
+    EXPECT_EQ(platform::splitCommandLine(p.commands.back()),
+              (std::vector<std::string>{p.ctx.cdrdao, "toc-info", toc}));
 }
 
 TEST(LoadTocTools, AFileThatIsNowhereIsRefusedAndNothingLoads) {

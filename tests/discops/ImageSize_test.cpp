@@ -59,7 +59,8 @@ TEST(ImageSize, WhatIsNeverHandedToCdrdao) {
     };
     // cdrdao would wait for ever for a writer on a pipe.
     ASSERT_EQ(mkfifo(dir.file("pipe.bin").c_str(), 0600), 0);
-    for (const std::string &file : {dir.file("pipe.bin"), std::string("/dev/tty"), std::string("/dev/null")}) {
+    for (const std::string &file :
+         {dir.file("pipe.bin"), std::string("/dev/tty"), std::string("/dev/null")}) {
         writeFile(dir.file("odd.toc"), "CD_ROM\nTRACK MODE1\nDATAFILE \"" + file + "\"\n");
         std::int16_t size = 0;
         EXPECT_EQ(imageSize(dir.file("odd.toc"), size, ctx), 0) << file;

@@ -99,20 +99,26 @@ TEST(ImageSizeTools, CueAndBinPairsAreAsLargeAsTheirBin) {
     RealTools t;
     // Each track type a cue sheet may give, measured as the sheet's bin.
     std::int16_t size = 0;
-    for (const auto &[type, bytes] : {std::pair{"MODE1/2352", 2352}, {"MODE1/2048", 2048}, {"MODE2/2324", 2324},
-                                      {"MODE2/2336", 2336}, {"CDI/2336", 2336}, {"AUDIO", 2352}}) {
+    for (const auto &[type, bytes] : {std::pair{"MODE1/2352", 2352},
+                                      {"MODE1/2048", 2048},
+                                      {"MODE2/2324", 2324},
+                                      {"MODE2/2336", 2336},
+                                      {"CDI/2336", 2336},
+                                      {"AUDIO", 2352}}) {
         std::string bin = t.randomFile("data.bin", bytes * 450u);
-        writeFile(t.dir.file("data.cue"),
-                  "FILE \"data.bin\" BINARY\r\n  TRACK 01 " + std::string(type) + "\r\n    INDEX 01 00:00:00\r\n");
-        EXPECT_EQ(imageSize(t.dir.file("data.cue"), size, t.ctx), static_cast<std::int64_t>(fs::file_size(bin))) << type;
+        writeFile(t.dir.file("data.cue"), "FILE \"data.bin\" BINARY\r\n  TRACK 01 " + std::string(type) +
+                                              "\r\n    INDEX 01 00:00:00\r\n");
+        EXPECT_EQ(imageSize(t.dir.file("data.cue"), size, t.ctx),
+                  static_cast<std::int64_t>(fs::file_size(bin)))
+            << type;
         EXPECT_EQ(size, bytes) << type;
     }
 
     // An audio track of sound made by sox, named in another case than the bin.
     if (!test::haveProgram("sox")) GTEST_SKIP() << "sox missing";
     std::string sound = t.dir.file("Concert.BIN");
-    t.make({"sox", "-n", "-r", "44100", "-c", "2", "-b", "16", "-e", "signed-integer", "-t", "raw", sound, "synth",
-            "6", "sine", "440"});
+    t.make({"sox", "-n", "-r", "44100", "-c", "2", "-b", "16", "-e", "signed-integer", "-t", "raw", sound,
+            "synth", "6", "sine", "440"});
     writeFile(t.dir.file("Concert.cue"),
               "FILE \"Concert.bin\" BINARY\n  TRACK 01 AUDIO\n    INDEX 01 00:00:00\n");
     size = 2048;

@@ -62,12 +62,14 @@ TEST_F(SheetWrite, WhatCdrdaoRefusesFails) {
 TEST_F(SheetWrite, StandardInputThroughAPipeline) {
     std::filesystem::create_directories(app.file("tree"));
     writeFile(app.file("tree/big.dat"), std::string(3 * 1048576, 'p'));
-    ASSERT_TRUE(runner.commandExecute("genisoimage -quiet -print-size " + platform::quoteArgument(app.file("tree"))));
+    ASSERT_TRUE(
+        runner.commandExecute("genisoimage -quiet -print-size " + platform::quoteArgument(app.file("tree"))));
     const long blocks = std::stol(runner.commandOutput.substr(2));
-    writeFile(app.file("stdin.toc"), "CD_ROM\n\nTRACK MODE1\nDATAFILE \"-\" " + std::to_string(blocks * 2048L) + "\n");
+    writeFile(app.file("stdin.toc"),
+              "CD_ROM\n\nTRACK MODE1\nDATAFILE \"-\" " + std::to_string(blocks * 2048L) + "\n");
     const std::string batch = app.file("external/TEMP/command.bat");
-    writeFile(batch, "@ECHO OFF\r\ngenisoimage -quiet " + platform::quoteArgument(app.file("tree")) + " | " + write +
-                         platform::quoteArgument(app.file("stdin.toc")) + "\r\n");
+    writeFile(batch, "@ECHO OFF\r\ngenisoimage -quiet " + platform::quoteArgument(app.file("tree")) + " | " +
+                         write + platform::quoteArgument(app.file("stdin.toc")) + "\r\n");
     EXPECT_TRUE(runner.commandExecute(platform::quoteArgument(batch))) << output();
     const std::string total = std::to_string((blocks * 2048L + 1048575) / 1048576);
     EXPECT_NE(output().find("Wrote " + total + " of " + total + " MB"), std::string::npos) << output();

@@ -41,44 +41,108 @@ std::vector<std::string> operator+(std::vector<std::string> a, const std::vector
 
 const Row kRows[] = {
     {"a second click cancels", Mode::WriteCD, {"CD-R"}, "disc.toc", false, mb::OK, {"kill"}, "", true},
-    {"no writer", Mode::WriteCD, {"CD-R"}, "disc.toc", false, mb::OK,
-     {"box Please select a Write Device. 48", "settings", "enable 1"}, ""},
+    {"no writer",
+     Mode::WriteCD,
+     {"CD-R"},
+     "disc.toc",
+     false,
+     mb::OK,
+     {"box Please select a Write Device. 48", "settings", "enable 1"},
+     ""},
     {"nothing loaded: the open dialog", Mode::None, {"CD-R"}, "", false, mb::OK, {"choose"}},
-    {"a sheet onto a DVD", Mode::WriteCD, {"DVD+R"}, "disc.toc", false, mb::OK,
+    {"a sheet onto a DVD",
+     Mode::WriteCD,
+     {"DVD+R"},
+     "disc.toc",
+     false,
+     mb::OK,
      kQuery + std::vector<std::string>{"box Current project does not match inserted media! 48", "enable 1"}},
-    {"a data DVD onto a CD", Mode::DataDVD, {"CD-R"}, "disc.toc", false, mb::OK,
+    {"a data DVD onto a CD",
+     Mode::DataDVD,
+     {"CD-R"},
+     "disc.toc",
+     false,
+     mb::OK,
      kQuery + std::vector<std::string>{"box Current project does not match inserted media! 48", "enable 1"}},
-    {"an ISO onto a DVD is a DVD job", Mode::WriteCD, {"DVD-R"}, "disc.iso", false, mb::OK,
+    {"an ISO onto a DVD is a DVD job",
+     Mode::WriteCD,
+     {"DVD-R"},
+     "disc.iso",
+     false,
+     mb::OK,
      kQuery + std::vector<std::string>{"autohide", "job dvd WriteDVD", "enable 1"}},
-    {"a copy", Mode::CopyCD, {"CD-R"}, "", false, mb::OK,
+    {"a copy",
+     Mode::CopyCD,
+     {"CD-R"},
+     "",
+     false,
+     mb::OK,
      kQuery + std::vector<std::string>{"autohide", "job copy CopyCD", "enable 1"}},
-    {"a data CD without its form in this build", Mode::DataCD, {"CD-R"}, "", false, mb::OK,
+    {"a data CD without its form in this build",
+     Mode::DataCD,
+     {"CD-R"},
+     "",
+     false,
+     mb::OK,
      kQuery + std::vector<std::string>{"autohide", "status Write Operation Cancelled.", "enable 1"}},
-    {"a disc that is not blank", Mode::WriteCD, {"CD-R", false}, "disc.toc", false, mb::OK,
+    {"a disc that is not blank",
+     Mode::WriteCD,
+     {"CD-R", false},
+     "disc.toc",
+     false,
+     mb::OK,
      kQuery + std::vector<std::string>{"autohide", "status Checking for writable media...",
-                                       "box Inserted medium is not blank! 48", "status Write Operation Cancelled.",
-                                       "enable 1"}},
-    {"a used rewritable is offered for erasing first", Mode::AudioCD, {"CD-RW", false, true}, "disc.toc", false,
+                                       "box Inserted medium is not blank! 48",
+                                       "status Write Operation Cancelled.", "enable 1"}},
+    {"a used rewritable is offered for erasing first",
+     Mode::AudioCD,
+     {"CD-RW", false, true},
+     "disc.toc",
+     false,
      mb::OK,
      kQuery + std::vector<std::string>{"autohide", "status Checking for writable media...", "offer erase",
-                                       "box Inserted medium is not blank! 48", "status Write Operation Cancelled.",
-                                       "enable 1"}},
-    {"a disc that cannot be read ends without a word", Mode::WriteCD, {"CD-R", true, false, false}, "disc.toc",
-     false, mb::OK,
+                                       "box Inserted medium is not blank! 48",
+                                       "status Write Operation Cancelled.", "enable 1"}},
+    {"a disc that cannot be read ends without a word",
+     Mode::WriteCD,
+     {"CD-R", true, false, false},
+     "disc.toc",
+     false,
+     mb::OK,
      kQuery + std::vector<std::string>{"autohide", "status Checking for writable media...",
                                        "status Operation Cancelled", "enable 1"}},
-    {"cancelled at the figures", Mode::WriteCD, {"CD-R"}, "disc.toc", true, mb::Cancel,
+    {"cancelled at the figures",
+     Mode::WriteCD,
+     {"CD-R"},
+     "disc.toc",
+     true,
+     mb::Cancel,
      kQuery + std::vector<std::string>{"autohide", "status Checking for writable media...", "refresh",
                                        "box 1 MB to be written to disc (703 MB free). 65",
                                        "status Write Operation Cancelled.", "enable 1"}},
-    {"a sheet onto a blank CD", Mode::WriteCD, {"CD-R"}, "disc.toc", true, mb::OK,
+    {"a sheet onto a blank CD",
+     Mode::WriteCD,
+     {"CD-R"},
+     "disc.toc",
+     true,
+     mb::OK,
      kQuery + std::vector<std::string>{"autohide", "status Checking for writable media...", "refresh",
                                        "box 1 MB to be written to disc (703 MB free). 65", "write disc.toc",
                                        "enable 1"}},
-    {"an ISO onto a CD through a sheet around it", Mode::WriteCD, {"CD-R"}, "disc.iso", false, mb::OK,
+    {"an ISO onto a CD through a sheet around it",
+     Mode::WriteCD,
+     {"CD-R"},
+     "disc.iso",
+     false,
+     mb::OK,
      kQuery + std::vector<std::string>{"autohide", "status Checking for writable media...", "refresh",
                                        "write tempiso.toc", "enable 1"}},
-    {"a medium the program does not know passes", Mode::WriteCD, {"DVD-RAM"}, "disc.toc", false, mb::OK,
+    {"a medium the program does not know passes",
+     Mode::WriteCD,
+     {"DVD-RAM"},
+     "disc.toc",
+     false,
+     mb::OK,
      kQuery + std::vector<std::string>{"autohide", "status Checking for writable media...", "refresh",
                                        "write disc.toc", "enable 1"}},
 };
@@ -95,8 +159,8 @@ std::string answer(const std::string &command, const Disc &disc) {
     return std::string("\r\nThat data below may not reflect the real status of the inserted medium") +
            "\r\nCD-RW                : " + (disc.rewritable ? "yes" : "no") +
            "\r\nTotal Capacity       : 79:59:74 (359849 blocks, 702/807 MB)" +
-           "\r\nCD-R medium          : Taiyo Yuden" + "\r\nCD-R empty           : " + (disc.blank ? "yes" : "no") +
-           "\r\nAppendable           : no";
+           "\r\nCD-R medium          : Taiyo Yuden" +
+           "\r\nCD-R empty           : " + (disc.blank ? "yes" : "no") + "\r\nAppendable           : no";
 }
 
 TEST(WriteDispatcher, TheChecksInTheirOrder) {
@@ -106,7 +170,8 @@ TEST(WriteDispatcher, TheChecksInTheirOrder) {
         std::filesystem::create_directories(dir.file("app/external/TEMP"));
         std::filesystem::create_directories(dir.file("images"));
         test::writeFile(dir.file("images/disc.bin"), std::string(450 * 2048, 'x'));
-        test::writeFile(dir.file("images/disc.toc"), "CD_ROM\r\n\r\nTRACK MODE1\r\nDATAFILE \"disc.bin\"\r\n");
+        test::writeFile(dir.file("images/disc.toc"),
+                        "CD_ROM\r\n\r\nTRACK MODE1\r\nDATAFILE \"disc.bin\"\r\n");
         test::writeFile(dir.file("images/disc.iso"), std::string(450 * 2048, 'x'));
 
         test::ScriptedHost fake;
@@ -131,9 +196,7 @@ TEST(WriteDispatcher, TheChecksInTheirOrder) {
         ImageContext ctx;
         ctx.appDir = dir.file("app");
         ctx.msg = [](const std::string &key) { return test::englishText(key); };
-        ctx.run = [&](const std::string &command) {
-            return CommandResult{true, answer(command, row.disc)};
-        };
+        ctx.run = [&](const std::string &command) { return CommandResult{true, answer(command, row.disc)}; };
 
         std::vector<std::string> events;
         bool writeCancelled = false;
@@ -149,7 +212,9 @@ TEST(WriteDispatcher, TheChecksInTheirOrder) {
         host.writeCancelled = &writeCancelled;
         host.openSettings = [&] { events.push_back("settings"); };
         host.chooseImage = [&] { events.push_back("choose"); };
-        host.enableControls = [&](bool enable) { events.push_back(std::string("enable ") + (enable ? "1" : "0")); };
+        host.enableControls = [&](bool enable) {
+            events.push_back(std::string("enable ") + (enable ? "1" : "0"));
+        };
         host.autoHideSettings = [&] { events.push_back("autohide"); };
         WriteClick click;
         click.cancelling = row.cancelling;
@@ -168,9 +233,10 @@ TEST(WriteDispatcher, TheChecksInTheirOrder) {
         };
         const auto job = [&](const char *name) {
             return [&events, &fake, name] {
-                events.push_back(std::string("job ") + name + (fake.mode == Mode::WriteDVD  ? " WriteDVD"
-                                                               : fake.mode == Mode::CopyCD ? " CopyCD"
-                                                                                            : " other"));
+                events.push_back(std::string("job ") + name +
+                                 (fake.mode == Mode::WriteDVD ? " WriteDVD"
+                                  : fake.mode == Mode::CopyCD ? " CopyCD"
+                                                              : " other"));
             };
         };
         host.copyDisc = job("copy");
@@ -183,11 +249,16 @@ TEST(WriteDispatcher, TheChecksInTheirOrder) {
         cmdWrite_Click(click, devices, fake.host, slot, ctx, host);
         EXPECT_EQ(events, row.events);
         EXPECT_EQ(writeCancelled, row.cancelling);
-        if (!row.events.empty() && row.events.front() == "enable 0") EXPECT_EQ(fake.mode, row.mode) << "the task is back";
-        if (!row.image.empty()) EXPECT_EQ(slot.strFilename, dir.file("images/" + row.image)) << "the image is back";
+        if (!row.events.empty() && row.events.front() == "enable 0") {
+            EXPECT_EQ(fake.mode, row.mode) << "the task is back";
+        }
+        if (!row.image.empty()) {
+            EXPECT_EQ(slot.strFilename, dir.file("images/" + row.image)) << "the image is back";
+        }
         if (written.command.empty()) continue;
-        EXPECT_EQ(written.command, dir.file("app/external/cdrdao") + " write --device /dev/fake0 --driver "
-                                   "generic-mmc:0x0  --eject --reload --speed 16 -n --buffers 256 -v 2 " +
+        EXPECT_EQ(written.command, dir.file("app/external/cdrdao") +
+                                       " write --device /dev/fake0 --driver "
+                                       "generic-mmc:0x0  --eject --reload --speed 16 -n --buffers 256 -v 2 " +
                                        written.sheet);
         EXPECT_EQ(test::readFile(dir.file("app/external/TEMP/command.bat")),
                   "@ECHO OFF\r\n" + written.command + "\r\n");
@@ -205,10 +276,14 @@ TEST(WriteDispatcher, TheMediumAgainstTheTask) {
         Mode after;
     };
     const MediumRow rows[] = {
-        {Mode::DataDVD, "DVD+RW", "", true, Mode::DataDVD},   {Mode::WriteCD, "DVD-ROM", "x.ISO", true, Mode::WriteDVD},
-        {Mode::WriteCD, "DVD-R", "x.toc", false, Mode::WriteCD}, {Mode::AudioCD, "DVD-RW", "", false, Mode::AudioCD},
-        {Mode::CopyCD, "CD-RW", "", true, Mode::CopyCD},      {Mode::DataDVD, "CD-R", "", false, Mode::DataDVD},
-        {Mode::WriteDVD, "CD-R", "x.iso", false, Mode::WriteDVD}, {Mode::DataDVD, "DVD-RAM", "", true, Mode::DataDVD},
+        {Mode::DataDVD, "DVD+RW", "", true, Mode::DataDVD},
+        {Mode::WriteCD, "DVD-ROM", "x.ISO", true, Mode::WriteDVD},
+        {Mode::WriteCD, "DVD-R", "x.toc", false, Mode::WriteCD},
+        {Mode::AudioCD, "DVD-RW", "", false, Mode::AudioCD},
+        {Mode::CopyCD, "CD-RW", "", true, Mode::CopyCD},
+        {Mode::DataDVD, "CD-R", "", false, Mode::DataDVD},
+        {Mode::WriteDVD, "CD-R", "x.iso", false, Mode::WriteDVD},
+        {Mode::DataDVD, "DVD-RAM", "", true, Mode::DataDVD},
         {Mode::AudioCD, "", "", true, Mode::AudioCD},
     };
     for (const MediumRow &row : rows) {

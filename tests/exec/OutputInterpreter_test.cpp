@@ -28,9 +28,10 @@ struct Interpreter : ::testing::Test {
 TEST_F(Interpreter, CDProgressAtMostTwiceASecondAndAlwaysAtTheEnd) {
     // Megabytes 1 and 2 show nothing; 3 does; then the throttle; the last
     // always. The value is set before the maximum; a full buffer shows 99.
-    feed(Mode::WriteCD, {"Wrote 1 of 10 MB (Buffer 100%).", "Wrote 2 of 10 MB (Buffer 100%).",
-                         "Wrote 3 of 10 MB (Buffer 100%).", "Wrote 4 of 10 MB (Buffer 98%).",
-                         "Wrote 5 of 10 MB (Buffer 98%).", "Wrote 10 of 10 MB (Buffer 97%)."},
+    feed(Mode::WriteCD,
+         {"Wrote 1 of 10 MB (Buffer 100%).", "Wrote 2 of 10 MB (Buffer 100%).",
+          "Wrote 3 of 10 MB (Buffer 100%).", "Wrote 4 of 10 MB (Buffer 98%).",
+          "Wrote 5 of 10 MB (Buffer 98%).", "Wrote 10 of 10 MB (Buffer 97%)."},
          0.3);
     EXPECT_EQ(view.progressEvents(),
               (std::vector<std::string>{"value 3", "max 10", "value 5", "max 10", "value 10", "max 10"}));
@@ -61,8 +62,8 @@ TEST_F(Interpreter, TheChainTranslatesTheFirstHitAndSetsTheOutcome) {
         {"Starting write at speed 16...", "Starting write at speed 16...", false},
         {"Cannot erase CD-RW, sorry", "Cannot erase disc, sorry", false},
         {"ERROR: Cannot setup device /dev/sr0.", "Could not setup device /dev/sr0.", true},
-        {"ERROR: Inserted disk is not empty and not appendable.", "ERROR: Inserted medium is not blank and not appendable.",
-         true},
+        {"ERROR: Inserted disk is not empty and not appendable.",
+         "ERROR: Inserted medium is not blank and not appendable.", true},
         {"ERROR: c:\\music\\a is corrupted.wav",
          "ERROR: c:\\music\\a Bad file referenced in toc/cue file - see log for more details..wav", true},
         {"mkisofs -graft-points -path-list x", "mkisofs Scanning source files... -path-list x", true},
@@ -86,7 +87,9 @@ TEST_F(Interpreter, TheChainTranslatesTheFirstHitAndSetsTheOutcome) {
                         "WARNING: Unit not ready, still trying...", "Writing track 01 (mode 1/2048)"});
     EXPECT_EQ(view.recordedSounds.played, std::vector<std::string>{"DeviceFail"});
     EXPECT_EQ(view.status, "Writing Track 01...");
-    EXPECT_EQ(view.log, "Blanking time: 60s\r\nWARNING: Unit not ready, still trying...\r\nWriting track 01 (mode 1/2048)");
+    EXPECT_EQ(
+        view.log,
+        "Blanking time: 60s\r\nWARNING: Unit not ready, still trying...\r\nWriting track 01 (mode 1/2048)");
     // A track line shows only before the bar runs; an empty translation shows nothing.
     view.value = 5;
     feed(Mode::WriteCD, {"Writing track 02 (mode 1/2048)"});
@@ -104,28 +107,32 @@ TEST_F(Interpreter, WhatEachModeShows) {
     feed(Mode::None, {"Initializing...", "Using driver: Generic SCSI-3/MMC", "plain line",
                       "if a simulation run was performed before. Reload the medium in this case."});
     feed(Mode::Reset, {"That data below may not reflect the real status of the inserted medium", "unlocked"});
-    EXPECT_EQ(view.log, "Cdrdao version 1.2.4\r\nplain line\r\n"
-                        "Media should be reloaded if a simulation was performed before.\r\nunlocked");
+    EXPECT_EQ(view.log,
+              "Cdrdao version 1.2.4\r\nplain line\r\n"
+              "Media should be reloaded if a simulation was performed before.\r\nunlocked");
     feed(Mode::DiscInfo, {"WARNING: Unit not ready, still trying..."});
     EXPECT_EQ(view.status, "WARNING: Drive not ready, still trying...");
     EXPECT_EQ(view.recordedSounds.played, std::vector<std::string>{"DeviceFail"});
-    feed(Mode::DVDSize, {"Blocks total: 2295104 Blocks current: 2295104", "Starting to write CD/DVD at speed 4"});
+    feed(Mode::DVDSize,
+         {"Blocks total: 2295104 Blocks current: 2295104", "Starting to write CD/DVD at speed 4"});
     EXPECT_EQ(view.count("kill"), 1) << "the size run is stopped once the writer starts";
     EXPECT_EQ(view.commandLog.size(), 14u);
 
     RecordingView v;
     OutputInterpreter tools(v, state, v.clock(), "/cygdrive/C/prog/external");
-    for (const char *line : {"/CYGDRIVE/c/prog/external/mkisofs: 12.5% done",
-                             "/cygdrive/C/prog/external/dvdrecord: fifo was 0 times empty", "/usr/bin/mkisofs: stays"})
+    for (const char *line :
+         {"/CYGDRIVE/c/prog/external/mkisofs: 12.5% done",
+          "/cygdrive/C/prog/external/dvdrecord: fifo was 0 times empty", "/usr/bin/mkisofs: stays"})
         tools.objDOS_ReceiveOutputs(line);
     EXPECT_EQ(v.log, "12.5% done\r\nfifo was 0 times empty\r\n/usr/bin/mkisofs: stays");
     EXPECT_EQ(properCase("writing TRACK 01 (mode 1/2048)"), "Writing Track 01 (mode 1/2048)");
 }
 
 TEST_F(Interpreter, DVDWriting) {
-    feed(Mode::WriteDVD, {"", "scsidev: '/dev/sr1'", "Last chance to quit, starting real write",
-                          "Starting to write CD/DVD at speed 4 in real SAO mode for single session.",
-                          "Track 01:   12 of  700 MB written (fifo 100%) [buf  99%]"},
+    feed(Mode::WriteDVD,
+         {"", "scsidev: '/dev/sr1'", "Last chance to quit, starting real write",
+          "Starting to write CD/DVD at speed 4 in real SAO mode for single session.",
+          "Track 01:   12 of  700 MB written (fifo 100%) [buf  99%]"},
          0.2);
     EXPECT_EQ(view.log, "Starting to write CD/DVD at speed 4 in real SAO mode for single session.");
     EXPECT_EQ(view.progressEvents(), (std::vector<std::string>{"max 700", "value 12"}));

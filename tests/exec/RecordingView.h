@@ -16,13 +16,14 @@ namespace saltmarrow::test {
 // told, in order, and keeps a clock that only moves when the test says so.
 class RecordingView : public InterpreterView {
 public:
-    std::vector<std::string> events;  // "value N", "max N", "status TEXT", "caption TEXT", "kill", frame steps
+    std::vector<std::string>
+        events;  // "value N", "max N", "status TEXT", "caption TEXT", "kill", frame steps
     int value = 0;
     std::string status, log, caption, trayTip;
     std::vector<std::string> commandLog;
     Mode mode = Mode::None;
     bool writeSucceeded = false, writeFailed = false;
-    double now = 1000.0;  // seconds since midnight
+    double now = 1000.0;                                    // seconds since midnight
     std::map<std::string, std::string, std::less<>> texts;  // in place of the program's own
     RecordingSounds recordedSounds;
     std::function<bool(const std::string &)> run;  // commandExecute
@@ -36,7 +37,9 @@ public:
             if (e.rfind("value ", 0) == 0 || e.rfind("max ", 0) == 0) out.push_back(e);
         return out;
     }
-    int count(const std::string &event) const { return static_cast<int>(std::count(events.begin(), events.end(), event)); }
+    int count(const std::string &event) const {
+        return static_cast<int>(std::count(events.begin(), events.end(), event));
+    }
 
     int progressValue() const override { return value; }
     void setProgressValue(int v) override { events.push_back("value " + std::to_string(value = v)); }

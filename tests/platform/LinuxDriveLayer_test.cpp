@@ -1,10 +1,11 @@
 // Drives as Debian's cdrdao scans them and the kernel's CD-ROM table
 // describes them, and the forms of the Windows tools' device arguments.
+#include "platform/LinuxDriveLayer.h"
+
 #include <gtest/gtest.h>
 
 #include <filesystem>
 
-#include "platform/LinuxDriveLayer.h"
 #include "platform/WindowsDeviceForms.h"
 #include "testlib/TestSupport.h"
 
@@ -24,7 +25,8 @@ TEST(LinuxScan, WhatAScanOutputSays) {
     };
     const Row rows[] = {
         {"", "msgCdrdaoFail", 0},
-        {kBanner + "ERROR: Unable to access sysfs filesystem at /sys/bus/scsi/devices\n", "msgNoHostAdapters", 0},
+        {kBanner + "ERROR: Unable to access sysfs filesystem at /sys/bus/scsi/devices\n", "msgNoHostAdapters",
+         0},
         {kBanner + "ERROR: Unable to glob through sysfs filesystem\n", "msgNoHostAdapters", 0},
         {kBanner, "msgNoDevicesFound", 0},
         // Error lines hold ": " but no " : " behind an address.
@@ -32,7 +34,8 @@ TEST(LinuxScan, WhatAScanOutputSays) {
         // A device line has vendor, model and revision: two commas.
         {kBanner + "/dev/sr0 : HL-DT-ST, DVDRAM GH24NSB0\n", "msgNoDevicesFound", 0},
         {kBanner + "/dev/sr 0 : A, B, C\n", "msgNoDevicesFound", 0},
-        {kBanner + "\r\n/dev/sr0 : HL-DT-ST, DVDRAM GH24NSB0, LN01\r\n/dev/sr1 : ASUS, DRW: 24B1ST   a, 1.00\n" +
+        {kBanner +
+             "\r\n/dev/sr0 : HL-DT-ST, DVDRAM GH24NSB0, LN01\r\n/dev/sr1 : ASUS, DRW: 24B1ST   a, 1.00\n" +
              "0,6,0 : PLEXTOR, CD-R   PX-W4012A, 1.01\nATA:1,0,0 : A, B, C\n",
          std::nullopt, 4},
     };
@@ -51,8 +54,8 @@ TEST(LinuxScan, FieldsOfADeviceLine) {
          "HL-DT-ST, DVDRAM GH24NSB0", "LN01"},
         // A model name holding ": " or ", " stays whole: the path comes first
         // and the revision last.
-        {"/dev/sr1 : ASUS, DRW: 24B1ST, a, 1.00", "/dev/sr1", "/dev/sr1: ASUS, DRW: 24B1ST, a", "ASUS, DRW: 24B1ST, a",
-         "1.00"},
+        {"/dev/sr1 : ASUS, DRW: 24B1ST, a, 1.00", "/dev/sr1", "/dev/sr1: ASUS, DRW: 24B1ST, a",
+         "ASUS, DRW: 24B1ST, a", "1.00"},
         {"0,6,0 : PLEXTOR, CD-R   PX-W4012A, 1.01", "0,6,0", "0,6,0: PLEXTOR, CD-R   PX-W4012A",
          "PLEXTOR, CD-R   PX-W4012A", "1.01"},
     };
@@ -140,7 +143,8 @@ TEST(WindowsDeviceForms, AddressesAndLayers) {
     const WindowsDeviceForms forms;
     EXPECT_EQ(forms.addressOf("1,0,0: PLEXTOR, PX-W4012A"), "1,0,0");
     EXPECT_EQ(forms.wellFormedAddress("0,2,0: LITEON"), "0,2,0");
-    for (const char *bad : {"1,1,", "1.1.0", "10,0,0: A"}) EXPECT_EQ(forms.wellFormedAddress(bad), std::nullopt);
+    for (const char *bad : {"1,1,", "1.1.0", "10,0,0: A"})
+        EXPECT_EQ(forms.wellFormedAddress(bad), std::nullopt);
     EXPECT_EQ(forms.cdrdaoDevice("1,0,0", true, true), "SPTILOCK:1,0,0");
     EXPECT_EQ(forms.cdrdaoDevice("0,1,0", false, false), "ASPI:0,1,0");
     EXPECT_EQ(forms.dvdDevice("1,0,0", false, false), "ASPILOCK:1,0,0");

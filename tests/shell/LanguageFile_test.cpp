@@ -152,7 +152,8 @@ TEST(LanguageFile, TemplateLayout) {
 
     // The box: 71 characters a line, closed on the right, rules 01 to 10 below.
     for (std::size_t i = 0; i < 10; ++i)
-        EXPECT_TRUE(lines[i].size() == 71 && lines[i].substr(0, 5) == "    #" && lines[i].back() == '#') << lines[i];
+        EXPECT_TRUE(lines[i].size() == 71 && lines[i].substr(0, 5) == "    #" && lines[i].back() == '#')
+            << lines[i];
     EXPECT_EQ(lines[0], "    " + std::string(67, '#'));
     EXPECT_NE(lines[3].find("    #   Language: Template "), std::string::npos);
     EXPECT_EQ(lines[4].substr(0, 28), "    #   Date:     23/11/2026");
@@ -230,7 +231,6 @@ TEST(LanguageFile, GermanTranslationIsComplete) {
         EXPECT_EQ(en.back() == ' ', de.back() == ' ') << key;
     }
     EXPECT_EQ(texts.size(), english.size());
-
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 // The user's jobs from end to end: the main window with the fake drive in
 // its tools folder, real sheets on disk, the questions answered by script.
+#include <dirent.h>
 #include <gtest/gtest.h>
 
 #include <QApplication>
@@ -9,7 +10,6 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTimer>
-#include <dirent.h>
 #include <filesystem>
 #include <regex>
 
@@ -64,7 +64,9 @@ struct Jobs : ::testing::Test {
         int seen = 0;
         for (const auto &line : calls(""))
             for (std::sregex_iterator it(line.begin(), line.end(), argument), end; it != end; ++it, ++seen) {
-                const std::string address = (*it)[2].matched ? (*it)[2] : (*it)[3].matched ? (*it)[3] : (*it)[4];
+                const std::string address = (*it)[2].matched   ? (*it)[2]
+                                            : (*it)[3].matched ? (*it)[3]
+                                                               : (*it)[4];
                 EXPECT_TRUE(std::regex_match(address, std::regex("/dev/sr[0-2]"))) << line;
             }
         EXPECT_GT(seen, 0);
@@ -81,11 +83,11 @@ std::vector<std::string> items(QComboBox *box) {
 
 TEST_F(Jobs, StartUpFindsTheDrivesAndWhatTheyAre) {
     start({cdWriter("CD-R", kBlankCDR), dvdWriter("DVD+R"), dvdReader()});
-    EXPECT_EQ(items(f().cmbReaderDevice),
-              (std::vector<std::string>{"/dev/sr0: PLEXTOR, CD-R   PX-W4012A", "/dev/sr1: HL-DT-ST, DVDRAM GH24NSB0",
-                                        "/dev/sr2: ASUS, DVD: E818A9T"}));
-    EXPECT_EQ(items(f().cmbWriterDevice),
-              (std::vector<std::string>{"/dev/sr0: PLEXTOR, CD-R   PX-W4012A", "/dev/sr1: HL-DT-ST, DVDRAM GH24NSB0"}));
+    EXPECT_EQ(items(f().cmbReaderDevice), (std::vector<std::string>{"/dev/sr0: PLEXTOR, CD-R   PX-W4012A",
+                                                                    "/dev/sr1: HL-DT-ST, DVDRAM GH24NSB0",
+                                                                    "/dev/sr2: ASUS, DVD: E818A9T"}));
+    EXPECT_EQ(items(f().cmbWriterDevice), (std::vector<std::string>{"/dev/sr0: PLEXTOR, CD-R   PX-W4012A",
+                                                                    "/dev/sr1: HL-DT-ST, DVDRAM GH24NSB0"}));
     const DeviceInfo &cd = f().deviceState.devices.item(0);
     EXPECT_EQ(cd.WriteSpeeds, "40x,32x,24x,20x,16x,12x,10x,8x,6x,4x,2x,1x");
     EXPECT_EQ(cd.WriteFeatures, "CD-R CD-RW MRW-WRITE ");
@@ -144,7 +146,8 @@ TEST_F(Jobs, ACueImageOntoABlankCD) {
     EXPECT_NE(writes[0].find(" --device /dev/sr0 --driver generic-mmc:0x0 "), std::string::npos) << writes[0];
     EXPECT_NE(writes[0].find(image), std::string::npos);
     const std::string log = readFile(app.file("external/TEMP/commandlog.txt"));
-    EXPECT_NE(log.find("Wrote 7 of 7 MB (Buffers 100%  97%)"), std::string::npos) << "the fake read every byte";
+    EXPECT_NE(log.find("Wrote 7 of 7 MB (Buffers 100%  97%)"), std::string::npos)
+        << "the fake read every byte";
     EXPECT_EQ(f().currentMode, Mode::WriteCD);
     EXPECT_EQ(f().cmdWrite->text(), "&Write");
     expectOnlyDevicePaths();
@@ -171,7 +174,8 @@ TEST_F(Jobs, CancelDuringTheWriteLeavesNoToolBehind) {
     DIR *proc = opendir("/proc");
     while (dirent *e = readdir(proc)) {
         const int pid = std::atoi(e->d_name);
-        if (pid > 0 && readFile("/proc/" + std::to_string(pid) + "/cmdline").find(app.path()) != std::string::npos &&
+        if (pid > 0 &&
+            readFile("/proc/" + std::to_string(pid) + "/cmdline").find(app.path()) != std::string::npos &&
             processAlive(pid))
             alive = true;
     }
@@ -205,7 +209,8 @@ TEST_F(Jobs, AUsedRewritableIsErasedOnOfferThenWritten) {
     EXPECT_EQ(offers, 1) << "the erased disc is blank: no second offer";
     const auto blanks = calls("cdrdao blank");
     ASSERT_EQ(blanks.size(), 1u);
-    EXPECT_EQ(blanks[0], "cdrdao blank --device /dev/sr0 --driver generic-mmc:0x0 --reload --blank-mode minimal");
+    EXPECT_EQ(blanks[0],
+              "cdrdao blank --device /dev/sr0 --driver generic-mmc:0x0 --reload --blank-mode minimal");
     EXPECT_EQ(calls("cdrdao write").size(), 1u) << "the erased disc was read again and written";
     EXPECT_EQ(status().substr(0, 29), "Writing finished successfully");
     EXPECT_TRUE(h->errors.reports.empty());
@@ -227,9 +232,11 @@ TEST_F(Jobs, EraseFromTheMenuByTheRightTool) {
     // The DVD writer's blank runs under the DVD task, whose reading knows no
     // blanking time: only the CD's blank reads as a success.
     EXPECT_FALSE(f().writeSucceeded);
-    EXPECT_NE(readFile(app.file("external/TEMP/commandlog.txt")).find("Blanking time: 480 seconds"), std::string::npos);
+    EXPECT_NE(readFile(app.file("external/TEMP/commandlog.txt")).find("Blanking time: 480 seconds"),
+              std::string::npos);
     EXPECT_EQ(calls("cdrdao blank"),
-              std::vector<std::string>{"cdrdao blank --device /dev/sr0 --driver generic-mmc:0x0 --reload --blank-mode full"});
+              std::vector<std::string>{
+                  "cdrdao blank --device /dev/sr0 --driver generic-mmc:0x0 --reload --blank-mode full"});
     EXPECT_EQ(calls("dvdrecord"), std::vector<std::string>{"dvdrecord blank=all dev=/dev/sr1 gracetime=0"});
     EXPECT_TRUE(h->dialogs.prompts.empty()) << "erasing has no result box";
 }

@@ -117,8 +117,8 @@ TEST(SettingsStore, FileLayoutFollowsTheTable) {
     EXPECT_EQ(file.substr(file.size() - 14), "UseEncoder=0\r\n");
 
     // A blank line before each section but the first.
-    for (const char *header : {"[Device Settings]", "[Advanced Settings]", "[Audio CD]", "[Data CD]", "[Data DVD]",
-                               "[Freedb Settings]", "[Encoder Settings]"})
+    for (const char *header : {"[Device Settings]", "[Advanced Settings]", "[Audio CD]", "[Data CD]",
+                               "[Data DVD]", "[Freedb Settings]", "[Encoder Settings]"})
         EXPECT_NE(file.find("\r\n\r\n" + std::string(header) + "\r\n"), std::string::npos) << header;
 
     // No encoder table, no section; no scan, no device lines and empty selections.
@@ -293,7 +293,8 @@ TEST(SettingsStore, MalformedValuesRaiseButTheRestStillLoads) {
     const std::string path = dir.file("saltmarrow.ini");
     // The first error is raised; reals are read leniently.
     const std::pair<std::string, int> rows[] = {
-        {"MRURead=/before\r\nCdrdao Verbose=lots\r\nAudio Width=99999\r\nMRUWrite=/after\r\n", err::TypeMismatch},
+        {"MRURead=/before\r\nCdrdao Verbose=lots\r\nAudio Width=99999\r\nMRUWrite=/after\r\n",
+         err::TypeMismatch},
         {"Audio Width=99999\r\n", err::Overflow},
         {"UseProDVD=maybe\r\n", err::TypeMismatch},
         {"CommandLog Size=large\r\n", 0},

@@ -20,19 +20,20 @@ TEST(WriteOutcome, FromTheFlags) {
         bool box, sound, restore, speedPanel, offerDelete;
     };
     const Row rows[] = {
-        {"success", true, false, false, false, true, Mode::WriteCD, "msgWriteSuccess", false, true, false, true, true},
-        {"success, confirmed", true, false, false, true, false, Mode::AudioCD, "msgWriteSuccess", true, false, true,
-         true, false},
-        {"no word of success", false, false, false, true, true, Mode::WriteCD, "msgErrorsLogged", true, false, true,
-         true, false},
-        {"a failure line outweighs a success line", true, true, false, true, true, Mode::WriteCD, "", false, false,
+        {"success", true, false, false, false, true, Mode::WriteCD, "msgWriteSuccess", false, true, false,
+         true, true},
+        {"success, confirmed", true, false, false, true, false, Mode::AudioCD, "msgWriteSuccess", true, false,
          true, true, false},
-        {"cancelled", true, false, true, false, true, Mode::WriteCD, "msgWriteCancelled", false, true, false, false,
-         false},
-        {"an erase has no box", true, false, false, true, false, Mode::EraseCD, "msgWriteSuccess", false, false, true,
-         true, false},
-        {"nor a sound", true, false, false, false, false, Mode::EraseCD, "msgWriteSuccess", false, false, false, true,
-         false},
+        {"no word of success", false, false, false, true, true, Mode::WriteCD, "msgErrorsLogged", true, false,
+         true, true, false},
+        {"a failure line outweighs a success line", true, true, false, true, true, Mode::WriteCD, "", false,
+         false, true, true, false},
+        {"cancelled", true, false, true, false, true, Mode::WriteCD, "msgWriteCancelled", false, true, false,
+         false, false},
+        {"an erase has no box", true, false, false, true, false, Mode::EraseCD, "msgWriteSuccess", false,
+         false, true, true, false},
+        {"nor a sound", true, false, false, false, false, Mode::EraseCD, "msgWriteSuccess", false, false,
+         false, true, false},
     };
     for (const Row &row : rows) {
         WriteOutcomeInput in;
@@ -50,14 +51,18 @@ TEST(WriteOutcome, FromTheFlags) {
         EXPECT_EQ(out.restoreFromTray, row.restore) << row.what;
         EXPECT_EQ(out.setSpeedPanel, row.speedPanel) << row.what;
         EXPECT_EQ(out.offerDelete, row.offerDelete) << row.what;
-        if (row.status == "msgWriteSuccess") EXPECT_EQ(out.elapsedText, "1hrs 2mins 5secs");
+        if (row.status == "msgWriteSuccess") {
+            EXPECT_EQ(out.elapsedText, "1hrs 2mins 5secs");
+        }
     }
 }
 
 TEST(WriteOutcome, CaptionsOfTheWriteModesAndTheVersion) {
-    for (Mode mode : {Mode::WriteCD, Mode::AudioCD, Mode::CopyCD, Mode::DataCD, Mode::DataDVD, Mode::WriteDVD})
+    for (Mode mode :
+         {Mode::WriteCD, Mode::AudioCD, Mode::CopyCD, Mode::DataCD, Mode::DataDVD, Mode::WriteDVD})
         EXPECT_TRUE(isWriteMode(mode));
-    for (Mode mode : {Mode::None, Mode::EraseCD, Mode::ReadCD, Mode::HideMe, Mode::ISO}) EXPECT_FALSE(isWriteMode(mode));
+    for (Mode mode : {Mode::None, Mode::EraseCD, Mode::ReadCD, Mode::HideMe, Mode::ISO})
+        EXPECT_FALSE(isWriteMode(mode));
     EXPECT_EQ(progressCaption(5, 100, "saltmarrow"), "05% saltmarrow");
     EXPECT_EQ(progressCaption(300, 600, "saltmarrow"), "50% saltmarrow");
     EXPECT_EQ(progressCaption(0, 0, "saltmarrow"), "00% saltmarrow");
@@ -74,11 +79,11 @@ TEST(WindowPlacement, OnTheScreenWithTheLogBelow) {
         Point at;
     };
     const Row rows[] = {
-        {736, 300, 0, std::nullopt, {272, 362}},      // centred
-        {736, 300, 230, std::nullopt, {272, 247}},    // the group centred
-        {736, 300, 230, Point{100, 620}, {100, 494}}, // moved up just enough for the log
-        {736, 300, 0, Point{900, -40}, {544, 0}},     // pulled in from the right and the top
-        {736, 900, 230, Point{100, 50}, {100, 0}},    // taller than the screen: the top stays on it
+        {736, 300, 0, std::nullopt, {272, 362}},       // centred
+        {736, 300, 230, std::nullopt, {272, 247}},     // the group centred
+        {736, 300, 230, Point{100, 620}, {100, 494}},  // moved up just enough for the log
+        {736, 300, 0, Point{900, -40}, {544, 0}},      // pulled in from the right and the top
+        {736, 900, 230, Point{100, 50}, {100, 0}},     // taller than the screen: the top stays on it
     };
     for (const Row &row : rows) {
         const Point at = placeMainForm(screen, row.width, row.height, row.log, row.wanted);

@@ -151,8 +151,11 @@ TEST_F(Main, TheInterfaceLockRoundTrip) {
     f.enableControls(false, true);
     EXPECT_EQ(f.cmdWrite->text(), "&Cancel");
     EXPECT_TRUE(f.cmdWrite->isEnabled());
-    for (QWidget *w : tagged)
-        if (w != f.cmdWrite) EXPECT_FALSE(w->isEnabled()) << w->objectName().toStdString();
+    for (QWidget *w : tagged) {
+        if (w != f.cmdWrite) {
+            EXPECT_FALSE(w->isEnabled()) << w->objectName().toStdString();
+        }
+    }
     for (QMenu *m : menus) EXPECT_FALSE(m->menuAction()->isEnabled());
 
     f.enableControls(true, false);
@@ -179,11 +182,23 @@ TEST_F(Main, TheFrameReportsFromTheFlagsNotTheExitCode) {
     // What each outcome shows is decided in WriteFrame; here, that the form
     // shows it, from the flags of a real run.
     const Row rows[] = {
-        {Mode::WriteCD, true, {"out", "Writing track 01\\r\\nWriting finished successfully\\r\\n"}, success,
-         {success}, {}},
-        {Mode::WriteCD, false, {"out", "Writing finished successfully\\n", "exit", "1"}, success, {},
+        {Mode::WriteCD,
+         true,
+         {"out", "Writing track 01\\r\\nWriting finished successfully\\r\\n"},
+         success,
+         {success},
+         {}},
+        {Mode::WriteCD,
+         false,
+         {"out", "Writing finished successfully\\n", "exit", "1"},
+         success,
+         {},
          {"SystemAsterisk"}},
-        {Mode::AudioCD, false, {"out", "something else\\n"}, "There were some errors, please consult the log.", {},
+        {Mode::AudioCD,
+         false,
+         {"out", "something else\\n"},
+         "There were some errors, please consult the log.",
+         {},
          {"SystemAsterisk"}},
     };
     f.cmbSpeed->addItem("16x");
@@ -239,14 +254,15 @@ TEST_F(Main, TheCaptionCarriesTheProgressOfARunningWriteOnly) {
     f.ChangeCurrentMode(Mode::ReadCD);
     captions.clear();
     f.writeFrame(scripted({"out", "x\\n"}));
-    EXPECT_TRUE(std::all_of(captions.begin(), captions.end(), [](const QString &c) { return c == "saltmarrow"; }));
+    EXPECT_TRUE(
+        std::all_of(captions.begin(), captions.end(), [](const QString &c) { return c == "saltmarrow"; }));
 }
 
 TEST_F(Main, AClickOnTheStatusBarFoldsTheSettings) {
     f.show();
     for (bool open : {true, false}) {
-        QMouseEvent press(QEvent::MouseButtonRelease, QPointF(3, 3), QPointF(3, 3), Qt::LeftButton, Qt::LeftButton,
-                          Qt::NoModifier);
+        QMouseEvent press(QEvent::MouseButtonRelease, QPointF(3, 3), QPointF(3, 3), Qt::LeftButton,
+                          Qt::LeftButton, Qt::NoModifier);
         QApplication::sendEvent(f.sbPanel[open ? 1 : 4], &press);
         EXPECT_EQ(f.mnuDeviceSettings->isChecked(), open);
         EXPECT_EQ(f.settingsArea->isVisible(), open);
@@ -310,8 +326,9 @@ TEST_F(Main, HelpDonationAboutAndTheOpenDialog) {
     f.mnuHelpContents->trigger();
     f.mnuDonate->trigger();
     f.mnuDonate2->trigger();
-    EXPECT_EQ(h.opened, (std::vector<std::string>{h.appDir() + "/help/index.html", h.appDir() + "/help/donate.html",
-                                                  h.appDir() + "/help/donate.html"}));
+    EXPECT_EQ(h.opened,
+              (std::vector<std::string>{h.appDir() + "/help/index.html", h.appDir() + "/help/donate.html",
+                                        h.appDir() + "/help/donate.html"}));
     EXPECT_TRUE(std::filesystem::exists(sourcePath("resources/help/donate.html")));
 
     for (Qt::Key key : {Qt::Key_Escape, Qt::Key_Return}) {

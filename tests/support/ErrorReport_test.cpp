@@ -14,7 +14,8 @@ struct RecordingReporter : ErrorReporter {
     std::vector<std::string> reports;
     bool ErrorReport(int number, const std::string &description, const std::string &module,
                      const std::string &procedure, int line) override {
-        reports.push_back(errorReportText(number, description, module, procedure, line, "1.0", "6.1\tDebian"));
+        reports.push_back(
+            errorReportText(number, description, module, procedure, line, "1.0", "6.1\tDebian"));
         return answer;
     }
 };
@@ -33,18 +34,21 @@ TEST(ErrorReport, GuardReportsWhatEscapesAHandler) {
     RecordingReporter reporter;
     int terminated = 0;
     bool ran = false;
-    guard(reporter, "frmMain", "ok_Click", [&] { ran = true; }, [&] { ++terminated; });
+    guard(
+        reporter, "frmMain", "ok_Click", [&] { ran = true; }, [&] { ++terminated; });
     EXPECT_TRUE(ran);
     EXPECT_TRUE(reporter.reports.empty());
 
-    guard(reporter, "frmMain", "loadSettings", [] { raiseError(13); }, [&] { ++terminated; });
+    guard(
+        reporter, "frmMain", "loadSettings", [] { raiseError(13); }, [&] { ++terminated; });
     ASSERT_EQ(reporter.reports.size(), 1u);
     EXPECT_EQ(reporter.reports[0].substr(0, 23), "Error 13: Type mismatch");
     EXPECT_NE(reporter.reports[0].find("frmMain:loadSettings"), std::string::npos);
     EXPECT_EQ(terminated, 0) << "Ignore goes on";
 
     reporter.answer = false;
-    guard(reporter, "frmMain", "x", [] { throw std::runtime_error("disk gone"); }, [&] { ++terminated; });
+    guard(
+        reporter, "frmMain", "x", [] { throw std::runtime_error("disk gone"); }, [&] { ++terminated; });
     EXPECT_EQ(terminated, 1);
     EXPECT_NE(reporter.reports.back().find("disk gone"), std::string::npos);
 }

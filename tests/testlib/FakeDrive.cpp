@@ -39,7 +39,8 @@ std::string fakeState(const std::vector<LinuxDrive> &drives, const std::string &
     for (const LinuxDrive &d : drives)
         text += "[device]\npath = " + d.path + "\nvendor = " + d.vendor + "\nmodel = " + d.model +
                 "\nfirmware = " + d.firmware + "\nmax_write_kbs = " + std::to_string(d.maxWriteKbs) +
-                "\nburnproof = " + (d.burnProof ? "yes" : "no") + "\nmedium = " + d.medium + "\n" + d.extra + "\n";
+                "\nburnproof = " + (d.burnProof ? "yes" : "no") + "\nmedium = " + d.medium + "\n" + d.extra +
+                "\n";
     return text;
 }
 

@@ -16,7 +16,8 @@ using platform::FontChoice;
 // answer queued is counted in unanswered and gets OK, or a cancel for dialogs.
 class ScriptedDialogs : public platform::Dialogs {
 public:
-    using Answer = std::variant<int, std::vector<std::string>, std::string, FolderChoice, FontChoice, std::monostate>;
+    using Answer =
+        std::variant<int, std::vector<std::string>, std::string, FolderChoice, FontChoice, std::monostate>;
 
     struct Prompt {
         std::string kind;  // "msgbox", "open", "save", "folder", "input", "font"

@@ -1,12 +1,13 @@
 #include "testlib/TestSupport.h"
 
-#include <cstdlib>
 #include <dirent.h>
+#include <unistd.h>
+
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <stdexcept>
-#include <unistd.h>
 
 #include "platform/ChildProcess.h"
 #include "platform/CommandLine.h"
@@ -26,7 +27,8 @@ TempDir::TempDir() {
 TempDir::~TempDir() {
     std::error_code ec;
     // Tests may leave read-only folders behind; open them up before removing.
-    for (auto it = fs::recursive_directory_iterator(path_, ec); it != fs::recursive_directory_iterator(); ++it)
+    for (auto it = fs::recursive_directory_iterator(path_, ec); it != fs::recursive_directory_iterator();
+         ++it)
         fs::permissions(it->path(), fs::perms::owner_all, fs::perm_options::add, ec);
     fs::remove_all(path_, ec);
 }
@@ -43,7 +45,9 @@ void writeFile(const std::string &path, const std::string &bytes) {
     out << bytes;
 }
 
-std::string fixture(const std::string &name) { return std::string(SALTMARROW_FIXTURE_DIR) + "/" + name; }
+std::string fixture(const std::string &name) {
+    return std::string(SALTMARROW_FIXTURE_DIR) + "/" + name;
+}
 
 std::string sourcePath(const std::string &relative) {
     return std::string(SALTMARROW_SOURCE_DIR) + "/" + relative;
