@@ -75,7 +75,8 @@ TEST(LinuxScan, FieldsOfADeviceLine) {
 TEST(LinuxScan, AddressesAndTheDeviceArguments) {
     for (const char *good : {"/dev/sr0", "ATA:0,0,0", "0,6,0", "10,0,12"})
         EXPECT_EQ(kLayer.wellFormedAddress(std::string(good) + ": A, B"), good);
-    for (const char *bad : {"", "HL-DT-ST, DVDRAM", "1,0", "0,x,0", "1,0,0,", "sr0", "/dev/sr 0", ",0,0"})
+    for (const char *bad :
+         {"", "HL-DT-ST, DVDRAM", "1,0", "0,x,0", "1,0,0,", "0,6,", "sr0", "/dev/sr 0", ",0,0"})
         EXPECT_EQ(kLayer.wellFormedAddress(bad), std::nullopt) << bad;
     // No layers and no locked form: the path is the whole argument.
     for (bool spti : {false, true})
@@ -92,26 +93,27 @@ TEST(LinuxScan, AddressesAndTheDeviceArguments) {
 TEST(KernelTable, EachRowByDriveName) {
     const std::string table =
         "CD-ROM information, Id: cdrom.c 3.20 2003/12/17\n\n"
-        "drive name:\t\tsr2\tsr1\tsr0\n"
-        "drive speed:\t\t40\t40\t48\n"
-        "Can write CD-R:\t\t0\t0\t1\n"
-        "Can write CD-RW:\t0\t0\t1\n"
-        "Can read DVD:\t\t1\t1\t1\n"
-        "Can write DVD-R:\t0\t0\t1\n"
-        "Can write DVD-RAM:\t1\t0\t0\n"
-        "Can read MRW:\t\t0\t0\t1\n"
-        "Can write MRW:\t\t0\t0\t1\n\n";
+        "drive name:\t\tsr3\tsr2\tsr1\tsr0\n"
+        "drive speed:\t\t24\t40\t40\t48\n"
+        "Can write CD-R:\t\t0\t0\t0\t1\n"
+        "Can write CD-RW:\t0\t0\t0\t1\n"
+        "Can read DVD:\t\t0\t1\t1\t1\n"
+        "Can write DVD-R:\t0\t0\t0\t1\n"
+        "Can write DVD-RAM:\t0\t1\t0\t0\n"
+        "Can read MRW:\t\t0\t0\t0\t1\n"
+        "Can write MRW:\t\t0\t0\t0\t1\n\n";
     struct Row {
         const char *drive;
         const char *reads;
         const char *writes;
-        bool writesDVD;
+        bool writesDVD, readsDVD = true;
     };
     const Row rows[] = {
         {"sr0", "CD-R CD-RW CD-ROM DVD-ROM MRW-READ ", "CD-R CD-RW DVD-R MRW-WRITE ", true},
         {"sr1", "CD-R CD-RW CD-ROM DVD-ROM ", "", false},
         // A DVD-RAM writer writes DVDs, and reads DVD-RAM as well.
         {"sr2", "CD-R CD-RW CD-ROM DVD-ROM DVD-RAM ", "DVD-RAM ", true},
+        {"sr3", "CD-R CD-RW CD-ROM ", "", false, false},
     };
     for (const Row &row : rows) {
         const auto caps = parseKernelCdromInfo(table, row.drive);
@@ -119,9 +121,9 @@ TEST(KernelTable, EachRowByDriveName) {
         EXPECT_EQ(caps->readFeatures, row.reads) << row.drive;
         EXPECT_EQ(caps->writeFeatures, row.writes) << row.drive;
         EXPECT_EQ(caps->writesDVD, row.writesDVD) << row.drive;
-        EXPECT_TRUE(caps->readsDVD);
+        EXPECT_EQ(caps->readsDVD, row.readsDVD) << row.drive;
     }
-    EXPECT_EQ(parseKernelCdromInfo(table, "sr3"), std::nullopt);
+    EXPECT_EQ(parseKernelCdromInfo(table, "sr4"), std::nullopt);
     EXPECT_EQ(parseKernelCdromInfo("drive name:\tsr0\nCan write CD-R:\n", "sr0")->writeFeatures, "")
         << "a row short of columns is no feature";
 }
