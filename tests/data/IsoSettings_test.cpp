@@ -117,9 +117,8 @@ TEST(IsoBoxes, CDAndDVDSetsStayApartAndDVDVideoFixesTwelve) {
     setBox(video, IsoBox::CompliantPVD, true);
     settings.setText("DVDCheckPVD", "False");
     loadIsoSettings(video, read, true, true);
-    for (const IsoBoxRow &row : kIsoBoxes) {
-        if (row.fixedByVideo) EXPECT_FALSE(video.enabledBox(row.box)) << row.control;
-    }
+    for (const IsoBoxRow &row : kIsoBoxes)
+        EXPECT_TRUE(!row.fixedByVideo || !video.enabledBox(row.box)) << row.control;
     EXPECT_TRUE(video.enabledBox(IsoBox::CompliantPVD));
     EXPECT_FALSE(video.values.checked(IsoBox::BootImage));
     setBox(video, IsoBox::CompliantPVD, true);
