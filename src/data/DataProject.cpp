@@ -72,12 +72,25 @@ std::optional<ItemView> DataProject::item(NodeId folder, std::string_view origNa
     return ItemView(*this, c.at(p));
 }
 
-std::vector<ItemView> DataProject::sortedItems(NodeId folder) const {
-    std::vector<ItemView> out = items(folder);
-    std::sort(out.begin(), out.end(), [](const ItemView &a, const ItemView &b) {
-        return listsBefore(a.isFolder(), a.Name(), b.isFolder(), b.Name());
+std::vector<std::uint32_t> DataProject::sortedPositions(NodeId folder) const {
+    std::vector<std::uint32_t> out;
+    if (!alive(folder)) return out;
+    const FolderCollection &c = nodes_[folder].items;
+    out.reserve(c.count());
+    for (std::uint32_t p = 0; p < c.positions(); ++p)
+        if (!c.at(p).dead) out.push_back(p);
+    std::sort(out.begin(), out.end(), [&](std::uint32_t a, std::uint32_t b) {
+        const StoredItem &x = c.at(a), &y = c.at(b);
+        return listsBefore(x.isFolder, pool_.get(x.name), y.isFolder, pool_.get(y.name));
     });
     return out;
+}
+
+std::optional<ItemView> DataProject::itemAt(NodeId folder, std::uint32_t position) const {
+    if (!alive(folder)) return std::nullopt;
+    const FolderCollection &c = nodes_[folder].items;
+    if (position >= c.positions() || c.at(position).dead) return std::nullopt;
+    return ItemView(*this, c.at(position));
 }
 
 NodeId DataProject::addNode(NodeId parent, std::string_view text, NodeImage image) {

@@ -96,8 +96,11 @@ public:
     std::size_t count(NodeId folder) const { return nodes_[folder].items.count(); }
     std::vector<ItemView> items(NodeId folder) const;  // in collection order
     std::optional<ItemView> item(NodeId folder, std::string_view origName) const;
-    // The items of a folder as listFiles shows them (folders first, by name).
-    std::vector<ItemView> sortedItems(NodeId folder) const;
+    // The items of a folder as listFiles shows them (folders first, by name),
+    // by their positions in the collection. A position stays valid while
+    // items are added; a removal compacts the folder.
+    std::vector<std::uint32_t> sortedPositions(NodeId folder) const;
+    std::optional<ItemView> itemAt(NodeId folder, std::uint32_t position) const;
 
     // Building blocks of the adds.
     NodeId addNode(NodeId parent, std::string_view text, NodeImage image = NodeImage::Folder);
