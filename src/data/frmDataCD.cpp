@@ -88,7 +88,12 @@ frmDataCD::frmDataCD(DataFormHost host, QWidget *owner) : QMainWindow(owner), ho
     resize(kDesignWidth, kDesignHeight);
 }
 
-frmDataCD::~frmDataCD() = default;
+// The views read the project and the job's host: they go before those do.
+frmDataCD::~frmDataCD() {
+    delete iso_;
+    delete listFiles;
+    delete listModel;
+}
 
 void frmDataCD::buildControls() {
     auto *central = new QWidget(this);
@@ -114,7 +119,6 @@ void frmDataCD::buildControls() {
     treeFolders->setProperty("tag", "tagged");
     treeFolders->setHeaderHidden(true);
     treeFolders->setEditTriggers(QAbstractItemView::EditKeyPressed);
-    treeFolders->installEventFilter(this);
     listModel = new DataListModel(project, this);
     listModel->iconOf = [this](const std::string &key) { return iconOf(key); };
     listModel->rename = [this](const std::string &origName, const QString &text) {
@@ -143,9 +147,7 @@ void frmDataCD::buildControls() {
     listFiles->setColumnHidden(2, true);
     listFiles->header()->setStretchLastSection(false);
     listFiles->header()->setSectionResizeMode(0, QHeaderView::Stretch);
-    listFiles->installEventFilter(this);
     listFiles->viewport()->setAcceptDrops(true);
-    listFiles->viewport()->installEventFilter(this);
     imgSplitter = new QSplitter(Qt::Horizontal, central);
     imgSplitter->setObjectName("imgSplitter");
     imgSplitter->addWidget(treeFolders);
@@ -193,6 +195,9 @@ void frmDataCD::buildControls() {
     mnuSortableLabel = item("mnuSortableLabel", "&Sortable Date Label", true);
     mnuAutoWrite = item("mnuAutoWrite", "&Auto Write", true);
     mnuISOSettings = item("mnuISOSettings", "Show ISO &Settings before Writing", true);
+    for (QObject *watched : {static_cast<QObject *>(treeFolders), static_cast<QObject *>(listFiles),
+                             static_cast<QObject *>(listFiles->viewport())})
+        watched->installEventFilter(this);
 }
 
 void frmDataCD::run(const char *procedure, const std::function<void()> &handler) {
@@ -476,6 +481,10 @@ bool frmDataCD::eventFilter(QObject *watched, QEvent *event) {
     }
     if (event->type() != QEvent::KeyPress) return QMainWindow::eventFilter(watched, event);
     const auto *key = static_cast<QKeyEvent *>(event);
+    // An editor's Enter comes up here too, before the edit is committed.
+    if (QWidget *focus = QApplication::focusWidget();
+        focus && focus != watched && static_cast<QWidget *>(watched)->isAncestorOf(focus))
+        return false;
     if (watched == listFiles) {
         switch (key->key()) {
             case Qt::Key_Delete:

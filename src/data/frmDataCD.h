@@ -65,17 +65,19 @@ public:
     void enableImageList(bool enabled);
     void loadFolderObjects(const std::string &key);
 
-    QPushButton *cmdAddFiles, *cmdBrowse, *cmdRemoveFile, *cmdISOSettings, *cmdBurn;
-    QCheckBox *chkCreateISO;
-    QSplitter *imgSplitter;
-    QTreeWidget *treeFolders;
-    QTreeView *listFiles;
-    DataListModel *listModel;
-    QProgressBar *pbCopyProgress;
-    QLabel *sbPanel1;
-    QMenu *mnuDataCD;
-    QAction *mnuAddFiles, *mnuAddFolder, *mnuNewFolder, *mnuEditDest, *mnuRemoveFile, *mnuSortableLabel,
-        *mnuAutoWrite, *mnuISOSettings;
+    QPushButton *cmdAddFiles = nullptr, *cmdBrowse = nullptr, *cmdRemoveFile = nullptr,
+                *cmdISOSettings = nullptr, *cmdBurn = nullptr;
+    QCheckBox *chkCreateISO = nullptr;
+    QSplitter *imgSplitter = nullptr;
+    QTreeWidget *treeFolders = nullptr;
+    QTreeView *listFiles = nullptr;
+    DataListModel *listModel = nullptr;
+    QProgressBar *pbCopyProgress = nullptr;
+    QLabel *sbPanel1 = nullptr;
+    QMenu *mnuDataCD = nullptr;
+    QAction *mnuAddFiles = nullptr, *mnuAddFolder = nullptr, *mnuNewFolder = nullptr, *mnuEditDest = nullptr,
+            *mnuRemoveFile = nullptr, *mnuSortableLabel = nullptr, *mnuAutoWrite = nullptr,
+            *mnuISOSettings = nullptr;
 
     void cmdBurn_Click();
     void removeSelectedRows();
