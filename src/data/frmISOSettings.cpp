@@ -9,6 +9,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QTimer>
 #include <QVBoxLayout>
 
 #include "platform/Dialogs.h"
@@ -252,6 +253,11 @@ bool frmISOSettings::eventFilter(QObject *watched, QEvent *event) {
     const auto it = std::find(fields_.begin(), fields_.end(), watched);
     if (it == fields_.end()) return QDialog::eventFilter(watched, event);
     const data::IsoFieldRow &row = kIsoFields[static_cast<std::size_t>(it - fields_.begin())];
+    if (event->type() == QEvent::FocusIn) {
+        // After the click that gave the focus, which would place the cursor.
+        QTimer::singleShot(0, *it, &QLineEdit::selectAll);
+        return false;
+    }
     if (event->type() == QEvent::FocusOut) {
         leave(row.field);
         return false;
