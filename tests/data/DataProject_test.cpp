@@ -172,17 +172,17 @@ TEST_F(Rig, AFolderKeepsItsListingOrderAndEachNodeItsThreeNames) {
 
 TEST_F(Rig, RenamesRetagDescendantsAndKeepEveryKey) {
     job.addFolder(top, "", true, false);
-    EXPECT_TRUE(project.renameItem(node("L\\top"), "a_x", "ren;"));
+    EXPECT_TRUE(project.renameItem(project.root(), "top", "ren;"));
     const NodeId deep = node("L\\top\\a_x\\deep");
-    EXPECT_EQ(project.Text(node("L\\top\\a_x")), "ren_");
-    EXPECT_EQ(project.Tag(deep), "L\\top\\ren_\\deep");
+    EXPECT_EQ(project.Text(node("L\\top")), "ren_");
+    EXPECT_EQ(project.Tag(deep), "L\\ren_\\a_x\\deep");
     EXPECT_TRUE(project.renameNode(deep, "deeper"));
-    EXPECT_EQ(project.Tag(deep), "L\\top\\ren_\\deeper");
+    EXPECT_EQ(project.Tag(deep), "L\\ren_\\a_x\\deeper");
     EXPECT_EQ(project.item(node("L\\top\\a_x"), "deep")->Name(), "deeper") << "found by its key";
     EXPECT_EQ(project.Key(deep), "L\\top\\a_x\\deep");
     for (const char *refused : {"   ", "", "b.txt", "two\nlines"})
         EXPECT_FALSE(project.renameItem(node("L\\top"), "a_x", refused)) << refused;
-    EXPECT_EQ(project.item(node("L\\top"), "a_x")->Name(), "ren_");
+    EXPECT_EQ(project.item(node("L\\top"), "a_x")->Name(), "a_x");
     EXPECT_EQ(job.rootLabel("a b#", true), "A_B");
     EXPECT_EQ(job.rootLabel("a b#", false), "a b#");
     EXPECT_FALSE(job.rootLabel("##", true));
@@ -287,6 +287,8 @@ TEST_F(Rig, SizeDisplayAgainstTheFixedCapacities) {
         EXPECT_EQ(progress.back(), std::make_pair(dvd ? kDVDCapacity : kCDCapacity, value));
     }
     EXPECT_EQ(panel, "msgTotalSize5,000,000,000");
+    job.ClearList("D");
+    EXPECT_TRUE(names("D").empty()) << "a data DVD starts empty";
     project.blnDVDVideo = true;
     job.ClearList("V");
     EXPECT_EQ(names("V"), (std::vector<std::string>{"VIDEO_TS", "AUDIO_TS"}));
