@@ -41,9 +41,12 @@ void DataJob::progress(double max, double value) const {
 // Cancel in the box ends the whole add, not only the folder at hand: the
 // user who says stop does not want the next folder's questions.
 bool DataJob::goOnAfterIllegal(std::string_view name) {
-    const std::string &key = project_.Key(project_.selected);
-    const std::string &rootKey = project_.Key(project_.root());
-    const std::string below = key.starts_with(rootKey) ? key.substr(rootKey.size()) : key;
+    std::string below;
+    if (project_.alive(project_.selected) && project_.alive(project_.root())) {
+        const std::string &key = project_.Key(project_.selected);
+        const std::string &rootKey = project_.Key(project_.root());
+        below = key.starts_with(rootKey) ? key.substr(rootKey.size()) : key;
+    }
     const std::string text = host_.text("msgIllegalFilename") + "\r\n\r\n" + below + "\\" + std::string(name);
     if (host_.ask(text, mb::OKCancel | mb::Information) != mb::Cancel) return true;
     project_.cancelFlag = true;
@@ -62,7 +65,7 @@ std::uint16_t DataJob::iconFor(std::string_view name) {
 }
 
 void DataJob::addFiles(const std::vector<std::string> &strFiles) {
-    if (strFiles.empty()) return;
+    if (strFiles.empty() || !project_.alive(project_.selected)) return;
     project_.blnDirty = true;
     // The ancestors get this call's sum in single precision, the total the
     // exact sizes: the two may drift apart, as they always have.
@@ -233,7 +236,7 @@ void DataJob::addGroups(const std::vector<std::string> &paths) {
 }
 
 void DataJob::dropFiles(const std::vector<std::string> &paths) {
-    if (paths.empty()) return;
+    if (paths.empty() || !project_.alive(project_.selected)) return;
     if (paths.size() == 1 && isDriveRoot(paths[0])) {
         addFolderContents(paths[0]);
     } else {
@@ -248,6 +251,7 @@ void DataJob::dropFiles(const std::vector<std::string> &paths) {
 }
 
 void DataJob::cmdAddFiles_Click() {
+    if (!project_.alive(project_.selected)) return;
     platform::FileRequest request;
     request.filter = "All File Types (*.*)|*.*";
     request.folder = host_.settingText(keys().lastFolder);
@@ -268,6 +272,7 @@ void DataJob::cmdAddFiles_Click() {
 }
 
 void DataJob::cmdBrowse_Click() {
+    if (!project_.alive(project_.selected)) return;
     const ModeKeys &k = keys();
     const auto choice = host_.dialogs
                             ? host_.dialogs->browseFolder(
@@ -302,6 +307,7 @@ void DataJob::mnuNewFolder_Click() {
 }
 
 void DataJob::removeListItems(const std::vector<std::string> &origNames) {
+    if (!project_.alive(project_.selected)) return;
     project_.removeItems(project_.selected, origNames);
     loadFolderObjects(project_.Key(project_.selected));
     updateSize();

@@ -58,6 +58,7 @@ bool DataProject::hasCollection(std::string_view key) const {
 
 std::vector<ItemView> DataProject::items(NodeId folder) const {
     std::vector<ItemView> out;
+    if (!alive(folder)) return out;
     const FolderCollection &c = nodes_[folder].items;
     out.reserve(c.count());
     for (std::uint32_t p = 0; p < c.positions(); ++p)
@@ -66,6 +67,7 @@ std::vector<ItemView> DataProject::items(NodeId folder) const {
 }
 
 std::optional<ItemView> DataProject::item(NodeId folder, std::string_view origName) const {
+    if (!alive(folder)) return std::nullopt;
     const FolderCollection &c = nodes_[folder].items;
     const std::uint32_t p = c.find(pool_, origName);
     if (p == FolderCollection::kNotFound) return std::nullopt;

@@ -93,7 +93,7 @@ public:
 
     // colAllFolders: the items of each folder node that has its collection.
     bool hasCollection(std::string_view key) const;
-    std::size_t count(NodeId folder) const { return nodes_[folder].items.count(); }
+    std::size_t count(NodeId folder) const { return alive(folder) ? nodes_[folder].items.count() : 0; }
     std::vector<ItemView> items(NodeId folder) const;  // in collection order
     std::optional<ItemView> item(NodeId folder, std::string_view origName) const;
     // The items of a folder as listFiles shows them (folders first, by name),

@@ -72,8 +72,10 @@ frmDataCD::frmDataCD(DataFormHost host, QWidget *owner) : QMainWindow(owner), ho
     job_ = std::make_unique<data::DataJob>(project, jobHost());
     iso_ = new frmISOSettings(job_->host(), this);
     iso_->onLabel = [this](const std::string &label) {
-        if (project.renameNode(project.root(), label) && project.root() < items_.size())
-            items_[project.root()]->setText(0, q(label));
+        if (!project.renameNode(project.root(), label) || project.root() >= items_.size()) return;
+        syncing_ = true;
+        items_[project.root()]->setText(0, q(label));
+        syncing_ = false;
     };
     connectHandlers();
     // Load: the captions of the language, then what a language cannot change.
@@ -274,7 +276,7 @@ void frmDataCD::showProgress(double max, double value) {
 }
 
 std::string frmDataCD::iconKeyOf(std::string_view extension) const {
-    static const QMimeDatabase mimes;
+    const QMimeDatabase mimes;
     const QList<QMimeType> types = extension.empty()
                                        ? QList<QMimeType>()
                                        : mimes.mimeTypesForFileName(QStringLiteral("x.") + q(extension));
