@@ -36,6 +36,14 @@ struct SettingRow {
     std::string_view control;
 };
 
+// mpcdec, the Musepack decoder of Linux, refuses "--wav" and writes a WAV file
+// anyway; the other decoder of Windows wanted the switch.
+#ifdef _WIN32
+inline constexpr std::string_view kDecodeMPCDefault = "--wav %s %d";
+#else
+inline constexpr std::string_view kDecodeMPCDefault = "%s %d";
+#endif
+
 // Rows in the order of the file. TempFolder and MRUExtract depend on where the
 // program stands and get their defaults from Settings::setDefaults.
 // clang-format off
@@ -77,7 +85,7 @@ inline constexpr SettingRow kSettingsTable[] = {
     {"[Audio CD]", "Decode APE", SettingForm::Text, "%s %d -d", ""},
     {"[Audio CD]", "Decode OGG", SettingForm::Text, "%s -o %d", ""},
     {"[Audio CD]", "Decode FLAC", SettingForm::Text, "-d %s -o %d", ""},
-    {"[Audio CD]", "Decode MPC", SettingForm::Text, "--wav %s %d", ""},
+    {"[Audio CD]", "Decode MPC", SettingForm::Text, kDecodeMPCDefault, ""},
     {"[Audio CD]", "Decode AAC", SettingForm::Text, "%s -o %d", ""},
     {"[Audio CD]", "WaveGain", SettingForm::Text, "--radio --gain 3 --apply", ""},
     {"[Data CD]", "Data Width", SettingForm::Int, "", ""},

@@ -50,7 +50,7 @@ inline constexpr ExternalToolRow kExternalTools[] = {
     {"/external/oggdec", &ToolPaths::strOGG, false, false},
     {"/external/flac", &ToolPaths::strFLAC, false, false},
     {"/external/MAC", &ToolPaths::strMAC, false, false},
-    {"/external/mppdec", &ToolPaths::strMPC, false, false},
+    {"/external/mppdec", &ToolPaths::strMPC, false, false},  // on Linux: mpcdec of musepack-tools
     {"/external/faad", &ToolPaths::strAAC, false, false},
     {"/external/WaveGain", &ToolPaths::strWaveGain, false, false},
     {"/external/dvdrecord", &ToolPaths::strdvdrecord, false, false},

@@ -44,6 +44,7 @@
 #include "platform/MediumWatcher.h"
 #include "platform/SingleInstance.h"
 #include "platform/Sounds.h"
+#include "shell/AudioLink.h"
 #include "shell/DataLink.h"
 #include "shell/LanguageForms.h"
 #include "shell/SettingsControls.h"
@@ -388,6 +389,7 @@ void frmMain::connectHandlers() {
     on(mnuExternal, "mnuExternal_Click", [this] { mnuExternal_Click(); });
     on(mnuDeviceInfo, "mnuDeviceInfo_Click", [this] { mnuDeviceInfo_Click(); });
     on(mnuErase, "mnuErase_Click", [this] { mnuErase_Click(); });
+    on(mnuAudioCD, "mnuAudioCD_Click", [this] { showAudioCD(*this); });
     on(mnuLanguages, "mnuLanguages_Click", [this] { mnuLanguages_Click(); });
     on(mnuSysTrayAbout, "mnuSysTrayAbout_Click", [this] { mnuAbout_Click(); });
     on(mnuRestore, "mnuRestore_Click", [this] { mnuRestore_Click(); });

@@ -37,6 +37,7 @@ namespace saltmarrow {
 
 class DataLink;
 class ErrorReporter;
+class frmAudioCD;
 class frmDeviceInfo;
 class frmEraseCD;
 class frmLog;
@@ -89,6 +90,7 @@ public:
     // Closing as the user would: false when the user stopped it.
     bool queryUnload();
     void Form_Unload();
+    const ShellEnvironment &environment() const { return env_; }
     // Where the program is started with "/langtemplate".
     bool langTemplateRequested() const { return langTemplate_; }
 
@@ -136,6 +138,7 @@ public:
     // frmDeviceInfo, once it has been opened.
     std::function<bool()> deviceInfoShown;
     std::function<void()> refreshDeviceInfo;
+    QPointer<frmAudioCD> audioCD;  // once mnuAudioCD has opened it
     CommandRunner runner;
 
     // Controls, named as the language files know them.

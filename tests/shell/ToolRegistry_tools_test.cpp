@@ -16,8 +16,9 @@ TEST(ToolRegistryTools, ReportListsTheDebianTools) {
     ToolPaths paths = registry.resolveTools();
     EXPECT_TRUE(dialogs.prompts.empty()) << dialogs.prompts.front().text;
 
-    for (const std::string *path : {&paths.strCdrdao, &paths.strMkisofs, &paths.strdvdrecord, &paths.strLame,
-                                    &paths.strOGG, &paths.strFLAC, &paths.strAAC, &paths.strToc2Cue}) {
+    for (const std::string *path :
+         {&paths.strCdrdao, &paths.strMkisofs, &paths.strdvdrecord, &paths.strLame, &paths.strOGG,
+          &paths.strFLAC, &paths.strMPC, &paths.strAAC, &paths.strToc2Cue}) {
         ASSERT_FALSE(path->empty());
         EXPECT_EQ(access(path->c_str(), X_OK), 0) << *path;
     }
@@ -28,8 +29,9 @@ TEST(ToolRegistryTools, ReportListsTheDebianTools) {
                                       "  MadPlay for mp3 decoding",
                                       "  Ogg Decoder ",
                                       "  FLAC Decoder ",
+                                      "  MPC Decoder ",
                                       "  Freeware AAC Decoder "};
-    // In this order, with nothing Debian lacks (WaveGain, MPC, MAC) among them.
+    // In this order, with nothing Debian lacks (WaveGain, MAC) among them.
     std::vector<std::string> listed(lines.begin() + 6, lines.end() - 2);
     EXPECT_EQ(listed, expected);
 
