@@ -45,6 +45,7 @@
 #include "platform/SingleInstance.h"
 #include "platform/Sounds.h"
 #include "shell/AudioLink.h"
+#include "shell/DataLink.h"
 #include "shell/LanguageForms.h"
 #include "shell/SettingsControls.h"
 #include "shell/WriteFrame.h"
@@ -141,6 +142,7 @@ frmMain::frmMain(ShellEnvironment env) : env_(std::move(env)) {
         eraseCancelled_, [this](const std::string &mode) { run("discErase", [&] { discErase(mode); }); },
         this);
     offerErase = [this] { return eraseForm_->offerErase(); };
+    dataLink_ = std::make_unique<DataLink>(*this, env_);
     interpreterView_ = std::make_unique<MainInterpreterView>(*this, *env_.sounds);
     interpreter = std::make_unique<OutputInterpreter>(*interpreterView_, interpreterState,
                                                       secondsSinceMidnight, paths.cygwinRoot);
