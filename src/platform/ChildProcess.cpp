@@ -1,15 +1,17 @@
 #include "platform/ChildProcess.h"
 
-#include <cerrno>
-#include <csignal>
 #include <fcntl.h>
-#include <fstream>
 #include <poll.h>
 #include <spawn.h>
 #include <sys/ioctl.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <fstream>
+#include <iterator>
 
 #include "platform/CommandLine.h"
 #include "support/mdlFunctions.h"
@@ -75,15 +77,8 @@ pid_t spawnStage(const std::vector<std::string> &args, const std::string &folder
 std::string readBatchCommand(const std::string &path) {
     std::ifstream in(path, std::ios::binary);
     if (!in) return {};
-    std::string command, line;
-    while (std::getline(in, line)) {
-        while (!line.empty() && (line.back() == '\r' || line.back() == '\n')) line.pop_back();
-        std::string t = vb::Trim(line);
-        if (t.empty() || vb::equalsText(t, "@ECHO OFF")) continue;
-        if (!command.empty()) command += ' ';
-        command += t;
-    }
-    return command;
+    std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    return batchCommand(text);
 }
 
 ChildProcess::~ChildProcess() {
@@ -214,8 +209,10 @@ bool ChildProcess::waitFor(int ms) {
     bool allPidfds = true;
     for (const auto &s : stages_)
         if (!s.ended) {
-            if (s.pidfd < 0) allPidfds = false;
-            else fds.push_back({s.pidfd, POLLIN, 0});
+            if (s.pidfd < 0)
+                allPidfds = false;
+            else
+                fds.push_back({s.pidfd, POLLIN, 0});
         }
     // Without pidfds the end of a stage cannot be polled: wait in short steps.
     int timeout = allPidfds ? ms : (ms > 1 ? 1 : ms);
@@ -227,8 +224,8 @@ bool ChildProcess::waitFor(int ms) {
         do {
             r = poll(fds.data(), fds.size(), timeout);
         } while (r < 0 && errno == EINTR);
-        if (r > 0 && !outputClosed_ && fds.back().fd == output_ && (fds.back().revents & (POLLHUP | POLLERR)) &&
-            bytesWaiting() == 0) {
+        if (r > 0 && !outputClosed_ && fds.back().fd == output_ &&
+            (fds.back().revents & (POLLHUP | POLLERR)) && bytesWaiting() == 0) {
             outputClosed_ = true;
             fds.pop_back();
             do {

@@ -67,8 +67,8 @@ private:
     int exitCode_ = -1;
 };
 
-// The command of a batch file as the program writes it: every line but
-// "@ECHO OFF" and empty ones, joined by a blank. Empty if it cannot be read.
+// The command of a batch file as the program writes it (batchCommand of its
+// text). Empty if it cannot be read.
 std::string readBatchCommand(const std::string &path);
 
 }  // namespace saltmarrow::platform

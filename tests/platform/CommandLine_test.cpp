@@ -1,7 +1,11 @@
-#include <gtest/gtest.h>
-
 #include "platform/CommandLine.h"
 
+#include <gtest/gtest.h>
+
+#include <random>
+
+using saltmarrow::platform::batchCommand;
+using saltmarrow::platform::batchFileText;
 using saltmarrow::platform::quoteArgument;
 using saltmarrow::platform::splitCommandLine;
 using saltmarrow::platform::splitPipeline;
@@ -10,7 +14,8 @@ using Args = std::vector<std::string>;
 TEST(CommandLineSplit, QuotesAndBlanks) {
     EXPECT_EQ(splitCommandLine(""), Args{});
     EXPECT_EQ(splitCommandLine("   \t "), Args{});
-    EXPECT_EQ(splitCommandLine("cdrdao  write --device 0,1,0"), (Args{"cdrdao", "write", "--device", "0,1,0"}));
+    EXPECT_EQ(splitCommandLine("cdrdao  write --device 0,1,0"),
+              (Args{"cdrdao", "write", "--device", "0,1,0"}));
     EXPECT_EQ(splitCommandLine("\"/opt/my tools/cdrdao\" write \"/home/u/My Disc.toc\""),
               (Args{"/opt/my tools/cdrdao", "write", "/home/u/My Disc.toc"}));
     EXPECT_EQ(splitCommandLine("p a\"b c\"d"), (Args{"p", "ab cd"}));
@@ -34,12 +39,36 @@ TEST(CommandLineSplit, UnbalancedQuoteGroupsToTheEnd) {
     EXPECT_EQ(splitCommandLine("p \\"), (Args{"p", "\\"}));
 }
 
-TEST(CommandLineSplit, QuotingRoundTrips) {
-    for (std::string arg : {"plain", "two words", "", "q\"uote", "trail\\", "dir with\\\\", "$HOME `id` ; & | x",
-                            "a\\\"b", "tab\there"}) {
-        auto args = splitCommandLine("prog " + quoteArgument(arg));
-        ASSERT_EQ(args.size(), 2u) << arg;
-        EXPECT_EQ(args[1], arg);
+// Whatever bytes a name holds, it comes back from the command line, from a
+// stage of a pipeline and from a batch file exactly as it went in.
+TEST(CommandLineQuote, EveryByteStringComesBackWhole) {
+    std::vector<std::string> names{"plain",
+                                   "two words",
+                                   "",
+                                   "q\"uote",
+                                   "trail\\",
+                                   "dir with\\\\",
+                                   "tab\there",
+                                   "x\" | touch PWNED \"y.toc",
+                                   "a\\\"b",
+                                   "$(touch PWNED)",
+                                   "a;b",
+                                   "line\nbreak\r\n",
+                                   "|",
+                                   "\"\"",
+                                   std::string("nul\0byte", 8)};
+    std::mt19937 random(12);
+    for (int i = 0; i < 20000; ++i) {
+        std::string s(random() % 12, ' ');
+        for (char &c : s)
+            c = "\\\"| \t\r\nab"[random() % 9] + (random() % 4 == 0 ? static_cast<char>(random()) : 0);
+        names.push_back(s);
+    }
+    for (const std::string &s : names) {
+        const std::string q = quoteArgument(s);
+        ASSERT_EQ(splitCommandLine(q + " " + q), (Args{s, s})) << q;
+        ASSERT_EQ(splitPipeline(q + " | " + q), (Args{q, q})) << q;
+        ASSERT_EQ(batchCommand(batchFileText(q + " " + q)), q + " " + q) << q;
     }
 }
 
@@ -49,4 +78,6 @@ TEST(PipelineSplit, BarsOutsideQuotesOnly) {
     EXPECT_EQ(splitPipeline("a x|y"), (Args{"a x|y"}));
     EXPECT_EQ(splitPipeline("single"), (Args{"single"}));
     EXPECT_EQ(splitPipeline("a | b | c"), (Args{"a", "b", "c"}));
+    // An escaped quote does not end the group: the bar stays in the argument.
+    EXPECT_EQ(splitPipeline(R"(a "x\" | touch PWNED \"y")"), (Args{R"(a "x\" | touch PWNED \"y")"}));
 }
