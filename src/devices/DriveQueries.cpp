@@ -2,6 +2,7 @@
 
 #include "devices/Discovery.h"
 #include "devices/KernelDriveInfo.h"
+#include "platform/CommandLine.h"
 #include "platform/Dialogs.h"
 #include "platform/DriveLayer.h"
 #include "support/RuntimeError.h"
@@ -47,8 +48,10 @@ long capacityBlocks(std::string_view output, std::string_view label) {
 void updateKernelDriveInfo(DeviceState &state, const DeviceHost &host, DeviceInfo &device, bool skipNoMedia) {
     const platform::DriveLayer &layer = host.driveLayer();
     const std::string address = deviceID(state, device);
-    const ToolRun run = host.execute(" drive-info --device " + layer.cdrdaoDevice(address, false, false) +
-                                     " --driver " + device.Driver);
+    const ToolRun run = host.execute(
+        " drive-info --device " +
+        platform::quoteArgument(layer.cdrdaoDevice(address, false, false), platform::Quoting::WhenNeeded) +
+        " --driver " + device.Driver);
     const platform::DriveCapabilities caps =
         layer.capabilities(address).value_or(guessedCapabilities(run.output));
     const std::string media = queryMedium(host, device, address, caps);
@@ -121,10 +124,11 @@ void updateDriveInfo(DeviceState &state, const DeviceHost &host, short index, bo
         updateKernelDriveInfo(state, host, device, skipNoMedia);
     } else if (ask) {
         const platform::DriveLayer &layer = host.driveLayer();
-        const ToolRun run =
-            host.execute(" drive-info --device " +
-                         layer.cdrdaoDevice(deviceID(state, device), state.chkUseSPTI == 1, false) +
-                         " --driver " + device.Driver);
+        const ToolRun run = host.execute(
+            " drive-info --device " +
+            platform::quoteArgument(layer.cdrdaoDevice(deviceID(state, device), state.chkUseSPTI == 1, false),
+                                    platform::Quoting::WhenNeeded) +
+            " --driver " + device.Driver);
         const std::size_t at = InStr(run.output, "Inserted Media:");
         if (at == 0 && state.driveRetries < 3) {
             ++state.driveRetries;

@@ -17,6 +17,7 @@
 
 #include "devices/DeviceInfoText.h"
 #include "devices/Discovery.h"
+#include "platform/CommandLine.h"
 #include "platform/DriveLayer.h"
 #include "support/mdlFunctions.h"
 
@@ -257,7 +258,7 @@ void frmDeviceInfo::MediaInfo(int index) {
         bool useRaw = false;
         // The tools run in their own folder, as every other command does.
         const std::string folder = std::filesystem::path(host_.cdrdao).parent_path().string();
-        objDOS.ExecuteCommand(vb::quoteString(host_.cdrdao) + " disk-info" +
+        objDOS.ExecuteCommand(platform::quoteArgument(host_.cdrdao) + " disk-info" +
                                   writeDevice(panel, settings, writer, useRaw, false, false, layer),
                               256, 1, folder);
         output = objDOS.totalOutput;

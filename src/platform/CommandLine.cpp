@@ -93,9 +93,9 @@ std::vector<std::string> splitPipeline(std::string_view command) {
     return stages;
 }
 
-std::string quoteArgument(std::string_view argument) {
-    // Plain words stay as they are, so that command lines read as they always did.
-    if (!argument.empty() && argument.find_first_of(" \t\r\n\"|") == std::string_view::npos)
+std::string quoteArgument(std::string_view argument, Quoting quoting) {
+    if (quoting == Quoting::WhenNeeded && !argument.empty() &&
+        argument.find_first_of(" \t\r\n\"|") == std::string_view::npos)
         return std::string(argument);
     std::string out = "\"";
     std::size_t slashes = 0;

@@ -24,8 +24,10 @@ std::vector<std::string> splitPipeline(std::string_view command);
 
 // Quotes one argument so that splitCommandLine, splitPipeline and a batch file
 // give it back unchanged, whatever bytes it holds. Every path and every text of
-// the user that enters a command line or a batch file goes through here.
-std::string quoteArgument(std::string_view argument);
+// the user that enters a command line or a batch file goes through here. Paths
+// stand in double quotes always; a drive address that needs none stays bare.
+enum class Quoting { Always, WhenNeeded };
+std::string quoteArgument(std::string_view argument, Quoting quoting = Quoting::Always);
 
 // A batch file as the program writes it: "@ECHO OFF", then the command, CR LF
 // after each. batchCommand is its inverse: every line but "@ECHO OFF" and

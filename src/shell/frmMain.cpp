@@ -39,6 +39,7 @@
 #include "discops/frmEraseCD.h"
 #include "exec/LogDocking.h"
 #include "exec/frmLog.h"
+#include "platform/CommandLine.h"
 #include "platform/Dialogs.h"
 #include "platform/DriveLayer.h"
 #include "platform/MediumWatcher.h"
@@ -886,19 +887,19 @@ void frmMain::cmdWrite_Click() {
     WritePanel panel = writePanel();
     FragmentSettings fragments = fragmentSettings();
     bool useRaw = true;
-    slot.writeCommand = vb::quoteString(paths.strCdrdao) + " write" +
+    // A backslash is a character of a name here, not a separator to turn round.
+    slot.writeCommand = platform::quoteArgument(paths.strCdrdao) + " write" +
                         writeDevice(panel, fragments, writer, useRaw, true, true, platform::driveLayer()) +
-                        WriteOptions(panel, fragments) +
-                        vb::quoteString(vb::Replace(slot.strFilename, "\\", "/"));
+                        WriteOptions(panel, fragments) + platform::quoteArgument(slot.strFilename);
     std::error_code ec;
     std::filesystem::remove(mkisofsToc, ec);
-    discops::writeSheet(commandFile, "@ECHO OFF\r\n" + slot.writeCommand + "\r\n");
+    discops::writeSheet(commandFile, platform::batchFileText(slot.writeCommand));
     slot.deleteCandidate = slot.strFilename;
     // cdrdao reads the names in a sheet against the folder it starts in; a
     // name without a folder means the file beside the sheet.
     const std::string folder = std::filesystem::path(slot.strFilename).parent_path().string();
     runner.setExternalFolder(folder.empty() ? appDir + "/external" : folder);
-    writeFrame(vb::quoteString(commandFile));
+    writeFrame(platform::quoteArgument(commandFile));
     runner.setExternalFolder(appDir + "/external");
 }
 
@@ -1359,16 +1360,18 @@ void frmMain::discErase(const std::string &mode) {
     std::string command;
     if (dvd) {
         ChangeCurrentMode("WRITE DVD");
-        command =
-            vb::quoteString(paths.strdvdrecord) + " blank=" + (mode == "minimal" ? "minimal " : "all ") +
-            "dev=" +
-            layer.dvdDevice(layer.addressOf(cmbWriterDevice->currentText().toStdString()), spti, false) +
-            " gracetime=0";
+        command = platform::quoteArgument(paths.strdvdrecord) +
+                  " blank=" + (mode == "minimal" ? "minimal " : "all ") +
+                  platform::quoteArgument(
+                      "dev=" + layer.dvdDevice(layer.addressOf(cmbWriterDevice->currentText().toStdString()),
+                                               spti, false),
+                      platform::Quoting::WhenNeeded) +
+                  " gracetime=0";
     } else {
         WritePanel panel = writePanel();
         FragmentSettings fragments = fragmentSettings();
         bool useRaw = true;
-        command = vb::quoteString(paths.strCdrdao) + " blank" +
+        command = platform::quoteArgument(paths.strCdrdao) + " blank" +
                   writeDevice(panel, fragments, writer, useRaw, true, true, layer) +
                   " --reload --blank-mode " + mode;
     }
