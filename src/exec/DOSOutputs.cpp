@@ -10,8 +10,8 @@ namespace saltmarrow {
 
 namespace {
 
-constexpr long kStillRunning = 258;  // the wait's "timed out" result
-constexpr int kLongestIdleWait = 10;     // milliseconds
+constexpr long kStillRunning = 258;   // the wait's "timed out" result
+constexpr int kLongestIdleWait = 10;  // milliseconds
 constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
 
 // Length of the UTF-8 sequence that starts with lead, 0 if lead cannot start one.
@@ -96,7 +96,9 @@ void DOSOutputs::letEventsRun(int times) {
     for (int i = 0; i < times; ++i) pump();
 }
 
-bool DOSOutputs::isRunning() const { return process_ && !process_->finished(); }
+bool DOSOutputs::isRunning() const {
+    return busy_;
+}
 
 bool DOSOutputs::ExecuteCommand(const std::string &commandLine, int bufferSize, int wait,
                                 std::string startFolder) {
@@ -112,6 +114,8 @@ void DOSOutputs::ExecuteCommand(const std::string &commandLine, short &bufferSiz
                                 bool convertOEM, bool &result) {
     (void)convertOEM;  // the tools' bytes are taken as UTF-8 here; no code page to convert from
     result = false;
+    // One job at a time: the running one and its output stay as they are.
+    if (busy_) return;
     totalOutput.clear();
     if (commandLine.empty()) return;
     if (!captureStdOut && !captureStdErr) raiseError(err::InvalidProcedureCall);
@@ -122,6 +126,11 @@ void DOSOutputs::ExecuteCommand(const std::string &commandLine, short &bufferSiz
     if (!process->start(commandLine, startFolder)) return;
     process_ = std::move(process);
     platform::ChildProcess &job = *process_;
+    busy_ = true;
+    struct Idle {
+        bool &busy;
+        ~Idle() { busy = false; }
+    } idle{busy_};
 
     std::string carry;
     std::string pending;  // bytes of a character cut by the end of a read
@@ -179,7 +188,8 @@ void DOSOutputs::ExecuteCommand(const std::string &commandLine, short &bufferSiz
             std::size_t from = 0;
             for (;;) {
                 std::size_t at = text.find("\r\n", from);
-                std::string piece = text.substr(from, at == std::string::npos ? std::string::npos : at - from);
+                std::string piece =
+                    text.substr(from, at == std::string::npos ? std::string::npos : at - from);
                 letEventsRun(3);
                 if (ReceiveOutputs) ReceiveOutputs(piece);
                 if (at == std::string::npos) break;
@@ -196,6 +206,8 @@ void DOSOutputs::ExecuteCommand(const std::string &commandLine, short &bufferSiz
     result = job.finished() && job.exitCode() == 0;
 }
 
-bool DOSOutputs::killInstantly() { return process_ && process_->kill(); }
+bool DOSOutputs::killInstantly() {
+    return process_ && process_->kill();
+}
 
 }  // namespace saltmarrow

@@ -32,7 +32,8 @@ public:
     std::string totalOutput;
 
     // Runs commandLine in startFolder and returns once it has ended. The
-    // result is true only if it started and ended with exit code 0.
+    // result is true only if it started and ended with exit code 0. While a
+    // command runs, another is refused: false, and no event.
     // bufferSize is the largest chunk of one read; wait the milliseconds of
     // each wait on the process.
     void ExecuteCommand(const std::string &commandLine, short &bufferSize, long &wait,
@@ -44,12 +45,14 @@ public:
     // Ends the running job, every process of it. False if there is none.
     bool killInstantly();
 
+    // A command is running: ExecuteCommand has not returned yet.
     bool isRunning() const;
 
 private:
     void letEventsRun(int times);
 
     std::unique_ptr<platform::ChildProcess> process_;
+    bool busy_ = false;
 };
 
 // Turns one chunk of tool output into text: bytes that are not UTF-8 become

@@ -137,6 +137,7 @@ frmMain::frmMain(ShellEnvironment env) : env_(std::move(env)) {
     runner.objDOS.ReceiveOutputs = [this](const std::string &line) { objDOS_ReceiveOutputs(line); };
     runner.objDOS.nullOutputs = [this] { objDOS_nullOutputs(); };
     runner.objDOS.pump = [] { QCoreApplication::processEvents(QEventLoop::AllEvents); };
+    runner.jobs.post = [this](std::function<void()> work) { QTimer::singleShot(0, this, std::move(work)); };
     eraseForm_ = new frmEraseCD(
         eraseCancelled_, [this](const std::string &mode) { run("discErase", [&] { discErase(mode); }); },
         this);
@@ -361,6 +362,7 @@ void frmMain::buildMenus() {
 }
 
 void frmMain::run(const char *procedure, const std::function<void()> &handler) {
+    const auto job = runner.jobs.begin();
     guard(*env_.errors, kModule, procedure, handler, [this] {
         if (env_.terminate) env_.terminate();
     });
@@ -438,6 +440,8 @@ void frmMain::splash(const std::string &text, int step) {
 }
 
 bool frmMain::Form_Load() {
+    // A hand-over or a medium change that comes during start-up waits for its end.
+    const auto job = runner.jobs.begin();
     // The tools run at a lower priority than the interface that watches them.
     langTemplate_ = vb::InStr(commandLine, "/langtemplate", vb::Compare::Text) > 0;
 
@@ -578,8 +582,13 @@ bool frmMain::Form_Load() {
     }
 
     // A disc put in or taken out refreshes the drive status by itself.
+    // During a job the refresh waits for its end, and a burst of changes gives one refresh.
     new platform::MediumWatcher(
-        [this](bool removed) { run("WindowProc", [&] { updateMediaInfo(true, removed, false); }); }, this);
+        [this](bool removed) {
+            runner.jobs.whenIdle(
+                [this, removed] { run("WindowProc", [&] { updateMediaInfo(true, removed, false); }); }, "medium");
+        },
+        this);
 
     formLoaded = true;
     run("cmbWriterDevice_Click", [this] { cmbWriterDevice_Click(); });
@@ -604,10 +613,13 @@ void frmMain::showEvent(QShowEvent *event) {
 }
 
 void frmMain::receiveHandOver(const std::string &text) {
-    run("WindowProc", [&] {
-        commandLine = text.substr(0, platform::SingleInstance::kMaxText);
-        parseCommand();
-        mnuRestore_Click();
+    // A running write keeps its image: the new one is loaded once the job has ended.
+    runner.jobs.whenIdle([this, text] {
+        run("WindowProc", [&] {
+            commandLine = text.substr(0, platform::SingleInstance::kMaxText);
+            parseCommand();
+            mnuRestore_Click();
+        });
     });
 }
 

@@ -1,15 +1,16 @@
 // The command runner against real child processes: the helper program
 // scripted_output writes the bytes each test asks for, with pauses between
 // them, so the chunk boundaries are the ones the test means.
-#include <gtest/gtest.h>
+#include "exec/DOSOutputs.h"
 
 #include <dirent.h>
-#include <filesystem>
-#include <fstream>
+#include <gtest/gtest.h>
 #include <sys/resource.h>
 
+#include <filesystem>
+#include <fstream>
+
 #include "exec/CommandRunner.h"
-#include "exec/DOSOutputs.h"
 #include "platform/CommandLine.h"
 #include "testlib/TestSupport.h"
 
@@ -37,7 +38,8 @@ std::string scripted(const std::vector<std::string> &steps) {
     return cmd;
 }
 
-Outcome run(const std::string &command, int bufferSize = 256, std::function<void(DOSOutputs &, const std::string &)> onLine = {}) {
+Outcome run(const std::string &command, int bufferSize = 256,
+            std::function<void(DOSOutputs &, const std::string &)> onLine = {}) {
     Outcome r;
     DOSOutputs dos;
     dos.pump = [&] { ++r.pumps; };
@@ -117,7 +119,8 @@ TEST(DOSOutputs, EmptyLinesAndLineEndsAcrossReads) {
     EXPECT_TRUE(run(scripted({"out", "\\r\\n"})).lines.empty());
     EXPECT_EQ(run(scripted({"out", "a\\r\\n\\r\\n"})).lines, (Lines{"a", ""}));
     // A CR LF cut in two by the reads makes one extra empty line.
-    EXPECT_EQ(run(scripted({"out", "a\\r", "sleep", "100", "out", "\\nb\\r\\n"})).lines, (Lines{"a", "", "b"}));
+    EXPECT_EQ(run(scripted({"out", "a\\r", "sleep", "100", "out", "\\nb\\r\\n"})).lines,
+              (Lines{"a", "", "b"}));
     // Standard error arrives through the same pipe.
     EXPECT_EQ(run(scripted({"out", "o\\n", "sleep", "50", "err", "e\\n"})).lines, (Lines{"o", "e"}));
 }
@@ -135,7 +138,7 @@ TEST(DOSOutputs, ExitCodeDecidesTheResult) {
 
 TEST(DOSOutputs, KillFromAHandlerEndsWithFalse) {
     Outcome r = run(scripted({"out", "Writing finished successfully\\r\\n", "hang"}), 256,
-                [](DOSOutputs &dos, const std::string &) { EXPECT_TRUE(dos.killInstantly()); });
+                    [](DOSOutputs &dos, const std::string &) { EXPECT_TRUE(dos.killInstantly()); });
     EXPECT_FALSE(r.result);
     EXPECT_EQ(r.lines.front(), "Writing finished successfully");
 
@@ -192,7 +195,17 @@ TEST(DOSOutputs, StartFolderAndArgumentsReachTheProcessUnchanged) {
     EXPECT_EQ(lines, (Lines{folder}));
 
     // Nothing of this is a shell's business.
-    Lines awkward{"a b", "$HOME", "`id`", "x;y", "a&b", "p|q", "back\\slash\\", "q\"uote", "*", "", "\\\\server\\share"};
+    Lines awkward{"a b",
+                  "$HOME",
+                  "`id`",
+                  "x;y",
+                  "a&b",
+                  "p|q",
+                  "back\\slash\\",
+                  "q\"uote",
+                  "*",
+                  "",
+                  "\\\\server\\share"};
     Lines steps{"args"};
     steps.insert(steps.end(), awkward.begin(), awkward.end());
     Outcome r = run(scripted(steps));
@@ -239,14 +252,16 @@ TEST(BatchPipeline, CancelLeavesNoStageAlive) {
     TempDir dir;
     std::string tool = quoteArgument(fixture("scripted_output"));
     const std::string marker = "987654321987";  // a size no other process will carry
-    writeFile(dir.file("command.bat"), "@ECHO OFF\r\n" + tool + " fill " + marker + " x | " + tool + " count\r\n");
+    writeFile(dir.file("command.bat"),
+              "@ECHO OFF\r\n" + tool + " fill " + marker + " x | " + tool + " count\r\n");
     std::vector<int> aliveAtCancel;
-    Outcome r = run(quoteArgument(dir.file("command.bat")), 256, [&](DOSOutputs &dos, const std::string &line) {
-        if (line == "read 5 MB") {
-            aliveAtCancel = processesWithArgument(marker);
-            dos.killInstantly();
-        }
-    });
+    Outcome r =
+        run(quoteArgument(dir.file("command.bat")), 256, [&](DOSOutputs &dos, const std::string &line) {
+            if (line == "read 5 MB") {
+                aliveAtCancel = processesWithArgument(marker);
+                dos.killInstantly();
+            }
+        });
     EXPECT_FALSE(r.result);
     EXPECT_EQ(aliveAtCancel.size(), 1u) << "the writing stage ran until the cancel";
     EXPECT_TRUE(processesWithArgument(marker).empty());
@@ -280,4 +295,16 @@ TEST(CommandLog, StartsInTheToolsFolder) {
     CommandRunner runner(dir.path());
     EXPECT_TRUE(runner.commandExecute(scripted({"cwd"})));
     EXPECT_EQ(runner.commandOutput, "\r\n" + dir.path());
+}
+
+TEST(DOSOutputs, ASecondCommandWhileOneRunsIsRefusedAndTheFirstRunsOn) {
+    bool second = true;
+    Outcome r = run(scripted({"out", "one\\n", "sleep", "100", "out", "two\\n"}), 256,
+                    [&](DOSOutputs &dos, const std::string &line) {
+                        if (line == "one") second = dos.ExecuteCommand(scripted({"out", "other\\n"}));
+                    });
+    EXPECT_FALSE(second);
+    EXPECT_TRUE(r.result);
+    EXPECT_EQ(r.lines, (Lines{"one", "two"}));
+    EXPECT_EQ(r.total, "\r\none\r\ntwo");
 }
