@@ -27,8 +27,10 @@ private:
     bool havePending_ = false;
 };
 
-// Replaces the whole file with text, as is. Raises a run-time error when the
-// file cannot be written (read-only sheet, vanished folder).
+// Replaces the whole file with text, as is, through a temporary file beside it
+// (replaceFileAtomically): a full disk or a crash never leaves half a sheet.
+// Raises a run-time error when the file cannot be written (read-only sheet,
+// vanished folder).
 void writeSheet(const std::string &path, std::string_view text);
 
 // The path questions of the checks, on the platform's own paths.

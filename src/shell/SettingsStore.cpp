@@ -5,7 +5,7 @@
 #include <fstream>
 #include <sstream>
 
-#include "shell/AtomicFile.h"
+#include "support/AtomicFile.h"
 #include "shell/TextLines.h"
 #include "support/RuntimeError.h"
 #include "support/mdlFunctions.h"

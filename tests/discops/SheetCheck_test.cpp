@@ -3,7 +3,9 @@
 #include "discops/SheetCheck.h"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
+#include <csignal>
 #include <filesystem>
 #include <random>
 
@@ -511,4 +513,38 @@ TEST(CheckTOC, RepairPointsMissingFilesAtTheOnesBesideTheSheet) {
                                  "\" 0 00:04:00\r\nTRACK AUDIO\r\nFILE \"" + away +
                                  "\" 0\r\nTRACK AUDIO\r\nFILE \"/old/project/03.wav\" 0\r\n");
     EXPECT_EQ(readFile(one), "1");
+}
+
+// The disk fills up while a repair is written: the sheet stays as it was. With
+// room again the repair goes through, and the sheet keeps its permissions and
+// the link that names it.
+TEST(CheckTOC, ARepairThatCannotBeWrittenWholeLeavesTheSheetAsItWas) {
+    Images im;
+    const std::string bin = im.put("track.bin", "x");
+    const std::string text = "CD_ROM\r\nTRACK MODE1\r\nDATAFILE \"elsewhere/track.bin\"\r\n";
+    const std::string toc = im.put("disc.toc", text);
+    fs::permissions(toc, fs::perms(0640));
+    fs::create_symlink(toc, im.img + "/link.toc");
+    rlimit room{};
+    getrlimit(RLIMIT_FSIZE, &room);
+    rlimit full = room;
+    full.rlim_cur = text.size() + 4;
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    setrlimit(RLIMIT_FSIZE, &full);
+    std::int16_t size = 0;
+    bool raised = false;
+    try {
+        checkTOC(toc, kTocRepair, size, im.img);
+    } catch (const RuntimeError &) {
+        raised = true;
+    }
+    setrlimit(RLIMIT_FSIZE, &room);
+    std::signal(SIGXFSZ, handler);
+    EXPECT_TRUE(raised);
+    EXPECT_EQ(readFile(toc), text);
+
+    checkTOC(im.img + "/link.toc", kTocRepair, size, im.img);
+    EXPECT_EQ(readFile(toc), "CD_ROM\r\nTRACK MODE1\r\nDATAFILE \"" + bin + "\"\r\n");
+    EXPECT_TRUE(fs::is_symlink(im.img + "/link.toc"));
+    EXPECT_EQ(fs::status(toc).permissions(), fs::perms(0640));
 }
