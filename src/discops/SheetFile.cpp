@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <system_error>
+#include <utility>
 
 #include "support/AtomicFile.h"
 #include "support/RuntimeError.h"
@@ -27,6 +28,11 @@ SheetReader::SheetReader(const std::string &path) {
 bool SheetReader::next(std::string &line) {
     if (!havePending_) {
         if (!std::getline(in_, pending_)) return false;
+        // cdrdao stumbles over a byte order mark; the sheet is read as if it had none.
+        if (std::exchange(first_, false) && pending_.rfind("\xEF\xBB\xBF", 0) == 0) {
+            pending_.erase(0, 3);
+            byteOrderMark_ = true;
+        }
         // CR LF ends the piece; a CR that is left inside is a line end of its own.
         if (!pending_.empty() && pending_.back() == '\r') pending_.pop_back();
         pendingAt_ = 0;

@@ -102,6 +102,9 @@ TEST(SheetCheckCue, FindingsComeInTheirFixedOrder) {
         {"FILE \"sheet.bin BINARY", {"msgCueNoQuotes"}},
         {"FILE \"C:\\images\\sheet.bin\" BINARY", {"msgCueIncorrectBin"}},
         {"file \"" + std::string("sheet.bin") + "\" binary", {}},
+        {"\xEF\xBB\xBF"
+         "FILE sheet.bin BINARY",
+         {"msgSheetByteOrderMark", "msgCueNoQuotes"}},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.fileLine);
@@ -191,16 +194,19 @@ TEST(SheetCheckCue, AnyLineEndIsReadAndTheRepairWritesCrLf) {
 
 // ---- toc sheets ----------------------------------------------------------
 
-TEST(SheetCheckToc, DoubledQuotesAreFlaggedAndTheRepairHasSingleOnes) {
+TEST(SheetCheckToc, AByteOrderMarkAndDoubledQuotesAreFlaggedAndTheRepairHasNeither) {
     Images im;
     std::string data = im.put("data.bin", "data");
-    std::string toc = im.put("image.toc", "CD_ROM\r\n\r\nTRACK MODE1\r\nDATAFILE \"\"" + data + "\"\"\r\n");
+    std::string toc = im.put("image.toc",
+                             "\xEF\xBB\xBF"
+                             "CD_ROM\r\n\r\nTRACK MODE1\r\nDATAFILE \"\"" +
+                                 data + "\"\"\r\n");
     ScriptedDialogs d;
     d.answer(mb::Yes);
     CheckImageResult r = im.check(toc, d);
     ASSERT_EQ(d.prompts.size(), 1u);
     EXPECT_EQ(d.prompts[0].style, 36);
-    EXPECT_EQ(d.prompts[0].text, tocQuestion({"msgTocDoubleQuotes"}));
+    EXPECT_EQ(d.prompts[0].text, tocQuestion({"msgSheetByteOrderMark", "msgTocDoubleQuotes"}));
     EXPECT_EQ(r.imageDataFile, data);
     EXPECT_EQ(r.workingFolder, im.app + "/external");
     EXPECT_EQ(readFile(toc), "CD_ROM\r\n\r\nTRACK MODE1\r\nDATAFILE \"" + data + "\"\r\n");
