@@ -1,5 +1,7 @@
 #include "devices/DriveQueries.h"
 
+#include <algorithm>
+
 #include "devices/Discovery.h"
 #include "devices/KernelDriveInfo.h"
 #include "platform/CommandLine.h"
@@ -41,6 +43,17 @@ long capacityBlocks(std::string_view output, std::string_view label) {
     const std::size_t open = InStr(line, output, "(");
     const std::size_t close = InStr(open, output, " blocks, ");
     return CLng(between(output, open, close));
+}
+
+// The pause before a drive is asked again: the window is pumped at least every
+// kPumpInterval milliseconds while it lasts, so it never freezes for longer.
+constexpr int kPumpInterval = 10;
+void pauseWithEvents(const DeviceHost &host, int ms) {
+    for (int left = ms; left > 0; left -= kPumpInterval) {
+        host.events();
+        if (host.sleepMs) host.sleepMs(std::min(left, kPumpInterval));
+    }
+    host.events();
 }
 
 // The drive query where the system tells the features and cdrdao only the
@@ -132,7 +145,7 @@ void updateDriveInfo(DeviceState &state, const DeviceHost &host, short index, bo
         const std::size_t at = InStr(run.output, "Inserted Media:");
         if (at == 0 && state.driveRetries < 3) {
             ++state.driveRetries;
-            if (host.sleepMs) host.sleepMs(250);
+            pauseWithEvents(host, 250);
             updateDriveInfo(state, host, index, skipNoMedia, force);
             host.setMode(previousMode);
             return;

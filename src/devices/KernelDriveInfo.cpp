@@ -87,10 +87,9 @@ std::string queryMedium(const DeviceHost &host, const DeviceInfo &device, const 
     // The drive itself says when it is empty, and then no tool needs to wait for it.
     if (layer.discPresent(address) == false) return "n/a";
     if (caps.readsDVD && !host.mediaInfoTool.empty()) {
-        const std::string dvd = dvdMediumType(
-            host.executeTool(host.mediaInfoTool,
-                             " " + platform::quoteArgument(address, platform::Quoting::WhenNeeded))
-                .output);
+        std::string argument = " ";
+        argument += platform::quoteArgument(address, platform::Quoting::WhenNeeded);
+        const std::string dvd = dvdMediumType(host.executeTool(host.mediaInfoTool, argument).output);
         if (!dvd.empty()) return dvd;
     }
     const std::string driver = device.Driver.empty() ? std::string() : " --driver " + device.Driver;

@@ -19,6 +19,7 @@
 #include "devices/Discovery.h"
 #include "platform/CommandLine.h"
 #include "platform/DriveLayer.h"
+#include "platform/EventWait.h"
 #include "support/mdlFunctions.h"
 
 namespace saltmarrow {
@@ -216,6 +217,7 @@ frmDeviceInfo::frmDeviceInfo(DeviceState &state, const DeviceHost &host, DeviceI
     layout->addLayout(buttons);
 
     objDOS.ReceiveOutputs = [this](const std::string &line) { objDOS_ReceiveOutputs(line); };
+    objDOS.waitForEvents = platform::waitForEvents;
     objDOS.pump = [this] {
         if (host_.letEventsRun)
             host_.letEventsRun();

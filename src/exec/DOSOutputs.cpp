@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "exec/EventPump.h"
 #include "platform/ChildProcess.h"
 #include "support/RuntimeError.h"
 
@@ -91,11 +92,6 @@ std::string normaliseLineEnds(std::string_view chunk) {
 DOSOutputs::DOSOutputs() = default;
 DOSOutputs::~DOSOutputs() = default;
 
-void DOSOutputs::letEventsRun(int times) {
-    if (!pump) return;
-    for (int i = 0; i < times; ++i) pump();
-}
-
 bool DOSOutputs::isRunning() const {
     return busy_;
 }
@@ -134,19 +130,31 @@ void DOSOutputs::ExecuteCommand(const std::string &commandLine, short &bufferSiz
 
     std::string carry;
     std::string pending;  // bytes of a character cut by the end of a read
+    // A tool that prints fast does not pay a turn of the event loop for each
+    // line; a wait in the event loop counts as a turn.
+    EventPump letEventsRun(pump);
     // The wait ends at once when output arrives or the job ends, so idle turns
-    // may stretch it (up to kLongestIdleWait) without delaying a single line;
-    // the interface is still pumped a hundred times a second.
+    // may stretch it (up to kLongestIdleWait) without delaying a single line.
     const int shortestWait = wait > 0 ? static_cast<int>(wait) : 0;
     int currentWait = shortestWait;
     for (;;) {
-        const long waitResult = job.waitFor(currentWait) ? 0 : kStillRunning;
-        letEventsRun(4);
+        long waitResult;
+        std::vector<int> fds;
+        if (waitForEvents && job.bytesWaiting() < 1 && !(fds = job.waitDescriptors()).empty()) {
+            // One wait for the tool and the window together: nothing turns
+            // round until output, the end of the job or an event comes.
+            waitForEvents(std::max(currentWait, kLongestIdleWait), fds);
+            letEventsRun.ran();
+            waitResult = job.waitFor(0) ? 0 : kStillRunning;
+        } else {
+            waitResult = job.waitFor(currentWait) ? 0 : kStillRunning;
+        }
+        letEventsRun();
         int n = std::min(job.bytesWaiting(), size);
         if (n < 1) {
             currentWait = std::min(std::max(currentWait * 2, 1), std::max(kLongestIdleWait, shortestWait));
             if (nullOutputs) nullOutputs();
-            letEventsRun(4);
+            letEventsRun();
             if (waitResult != kStillRunning) break;
             continue;
         }
@@ -190,13 +198,13 @@ void DOSOutputs::ExecuteCommand(const std::string &commandLine, short &bufferSiz
                 std::size_t at = text.find("\r\n", from);
                 std::string piece =
                     text.substr(from, at == std::string::npos ? std::string::npos : at - from);
-                letEventsRun(3);
+                letEventsRun();
                 if (ReceiveOutputs) ReceiveOutputs(piece);
                 if (at == std::string::npos) break;
                 from = at + 2;
             }
         }
-        letEventsRun(4);
+        letEventsRun();
         if (atEnd) break;
     }
     std::string rest = decodeOutputChunk(pending, {}, true);

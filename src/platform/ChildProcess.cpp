@@ -237,6 +237,24 @@ bool ChildProcess::waitFor(int ms) {
     return running_ == 0;
 }
 
+std::vector<int> ChildProcess::waitDescriptors() {
+    reap(false);
+    std::vector<int> fds;
+    for (const auto &s : stages_) {
+        if (s.ended) continue;
+        if (s.pidfd < 0) return {};
+        fds.push_back(s.pidfd);
+    }
+    if (outputClosed_ || output_ < 0) return fds;
+    // A pipe that has hung up with nothing left in it would wake every wait.
+    pollfd p{output_, POLLIN, 0};
+    if (poll(&p, 1, 0) > 0 && (p.revents & (POLLHUP | POLLERR)) && bytesWaiting() == 0)
+        outputClosed_ = true;
+    else
+        fds.push_back(output_);
+    return fds;
+}
+
 int ChildProcess::bytesWaiting() const {
     if (output_ < 0) return 0;
     int n = 0;

@@ -1,7 +1,8 @@
 #include "platform/SystemInfo.h"
 
-#include <fstream>
 #include <sys/utsname.h>
+
+#include <fstream>
 
 namespace saltmarrow::platform {
 
@@ -20,6 +21,5 @@ std::string platformVersion() {
     }
     return kernel + "\t" + distribution;
 }
-
 
 }  // namespace saltmarrow::platform

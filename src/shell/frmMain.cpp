@@ -37,11 +37,13 @@
 #include "discops/SheetCheck.h"
 #include "discops/SheetFile.h"
 #include "discops/frmEraseCD.h"
+#include "exec/EventPump.h"
 #include "exec/LogDocking.h"
 #include "exec/frmLog.h"
 #include "platform/CommandLine.h"
 #include "platform/Dialogs.h"
 #include "platform/DriveLayer.h"
+#include "platform/EventWait.h"
 #include "platform/MediumWatcher.h"
 #include "platform/SingleInstance.h"
 #include "platform/Sounds.h"
@@ -89,7 +91,7 @@ public:
     void setWriteSucceeded() override { f_.writeSucceeded = true; }
     void setWriteFailed() override { f_.writeFailed = true; }
     bool killInstantly() override { return f_.runner.objDOS.killInstantly(); }
-    void letEventsRun() override { QCoreApplication::processEvents(); }
+    void letEventsRun() override { events_(); }
     std::string message(std::string_view key) const override { return f_.messages.text(key); }
     platform::Sounds &sounds() override { return sounds_; }
     void writeCommandLog(const std::string &line) override { f_.runner.log.writeLine(line); }
@@ -107,6 +109,8 @@ public:
 private:
     frmMain &f_;
     platform::Sounds &sounds_;
+    // The interpreters let events run several times a line.
+    EventPump events_{[] { QCoreApplication::processEvents(); }};
 };
 
 double secondsSinceMidnight() {
@@ -137,6 +141,7 @@ frmMain::frmMain(ShellEnvironment env) : env_(std::move(env)) {
     runner.objDOS.ReceiveOutputs = [this](const std::string &line) { objDOS_ReceiveOutputs(line); };
     runner.objDOS.nullOutputs = [this] { objDOS_nullOutputs(); };
     runner.objDOS.pump = [] { QCoreApplication::processEvents(QEventLoop::AllEvents); };
+    runner.objDOS.waitForEvents = platform::waitForEvents;
     runner.jobs.post = [this](std::function<void()> work) { QTimer::singleShot(0, this, std::move(work)); };
     eraseForm_ = new frmEraseCD(
         eraseCancelled_, [this](const std::string &mode) { run("discErase", [&] { discErase(mode); }); },

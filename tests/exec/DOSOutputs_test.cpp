@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 
+#include <chrono>
 #include <filesystem>
 #include <fstream>
 
@@ -307,4 +308,18 @@ TEST(DOSOutputs, ASecondCommandWhileOneRunsIsRefusedAndTheFirstRunsOn) {
     EXPECT_TRUE(r.result);
     EXPECT_EQ(r.lines, (Lines{"one", "two"}));
     EXPECT_EQ(r.total, "\r\none\r\ntwo");
+}
+
+// A tool that prints as fast as it can: the events run by time, at most once
+// every 10 ms, not once or more for every line.
+TEST(DOSOutputs, EventsRunByTimeNotByLine) {
+    const auto start = std::chrono::steady_clock::now();
+    Outcome r = run(scripted({"lines", "5000", "0", "Wrote"}));
+    const auto ms =
+        std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start)
+            .count();
+    EXPECT_TRUE(r.result);
+    EXPECT_GE(r.lines.size(), 5000u);
+    EXPECT_GE(r.pumps, 1);
+    EXPECT_LE(r.pumps, 1 + ms / 10) << ms << " ms";
 }
