@@ -15,8 +15,8 @@ DockMove mainWindowMoved(const WindowRect &main, bool logDocked) {
 DockMove logWindowMoved(const WindowRect &main, int logTop, int logLeft, bool logDocked) {
     DockMove m;
     const int edge = main.top + main.height;
-    const bool near =
-        logTop > edge - 300 && logTop < edge + 300 && logLeft > main.left - 500 && logLeft < main.left + 500;
+    const bool near = logTop > edge - 300 && logTop < edge + 300 && logLeft > main.left - 500 &&
+                      logLeft < main.left + 500;
     if (!near) {
         m.docked = false;
         return m;

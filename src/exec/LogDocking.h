@@ -9,10 +9,10 @@ struct WindowRect {
 };
 
 struct DockMove {
-    bool move = false;  // put the log window at top/left
+    bool move = false;      // put the log window at top/left
     int top = 0, left = 0;
-    bool docked = false;   // the new state of logDocked
-    bool endDrag = false;  // disable and enable the log window at once
+    bool docked = false;    // the new state of logDocked
+    bool endDrag = false;   // disable and enable the log window at once
 };
 
 // The main form moved: a docked log follows its lower edge.

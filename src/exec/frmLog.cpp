@@ -14,7 +14,8 @@
 
 namespace saltmarrow {
 
-frmLog::frmLog(platform::Dialogs &dialogs, QWidget *owner) : QWidget(owner, Qt::Tool), dialogs_(dialogs) {
+frmLog::frmLog(platform::Dialogs &dialogs, QWidget *owner)
+    : QWidget(owner, Qt::Tool), dialogs_(dialogs) {
     setObjectName("frmLog");
     setWindowTitle(QStringLiteral("  Command Log"));
     txtOutputs = new QPlainTextEdit(this);
@@ -58,9 +59,7 @@ void frmLog::appendLine(const QString &line) {
     txtOutputs->moveCursor(QTextCursor::End);
 }
 
-void frmLog::clearLog() {
-    txtOutputs->clear();
-}
+void frmLog::clearLog() { txtOutputs->clear(); }
 
 void frmLog::setLogFont(const QString &name, double size) {
     QFont f = txtOutputs->font();
@@ -70,8 +69,7 @@ void frmLog::setLogFont(const QString &name, double size) {
 }
 
 void frmLog::mnuFont_Click() {
-    auto choice =
-        dialogs_.chooseFont({txtOutputs->font().family().toStdString(), txtOutputs->font().pointSize()});
+    auto choice = dialogs_.chooseFont({txtOutputs->font().family().toStdString(), txtOutputs->font().pointSize()});
     if (!choice) return;
     QFont f(QString::fromStdString(choice->name), choice->size);
     f.setBold(false);

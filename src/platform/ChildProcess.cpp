@@ -209,10 +209,8 @@ bool ChildProcess::waitFor(int ms) {
     bool allPidfds = true;
     for (const auto &s : stages_)
         if (!s.ended) {
-            if (s.pidfd < 0)
-                allPidfds = false;
-            else
-                fds.push_back({s.pidfd, POLLIN, 0});
+            if (s.pidfd < 0) allPidfds = false;
+            else fds.push_back({s.pidfd, POLLIN, 0});
         }
     // Without pidfds the end of a stage cannot be polled: wait in short steps.
     int timeout = allPidfds ? ms : (ms > 1 ? 1 : ms);
@@ -224,8 +222,8 @@ bool ChildProcess::waitFor(int ms) {
         do {
             r = poll(fds.data(), fds.size(), timeout);
         } while (r < 0 && errno == EINTR);
-        if (r > 0 && !outputClosed_ && fds.back().fd == output_ &&
-            (fds.back().revents & (POLLHUP | POLLERR)) && bytesWaiting() == 0) {
+        if (r > 0 && !outputClosed_ && fds.back().fd == output_ && (fds.back().revents & (POLLHUP | POLLERR)) &&
+            bytesWaiting() == 0) {
             outputClosed_ = true;
             fds.pop_back();
             do {

@@ -28,9 +28,9 @@ constexpr int No = 7;
 
 struct FileRequest {
     std::string title;
-    std::string folder;    // where the dialog opens
-    std::string fileName;  // proposed name
-    std::string filter;    // "Text (*.x;*.y)|*.x;*.y|..." as the program writes it
+    std::string folder;       // where the dialog opens
+    std::string fileName;     // proposed name
+    std::string filter;       // "Text (*.x;*.y)|*.x;*.y|..." as the program writes it
     int flags = 0;
     bool multiSelect = false;
 };
@@ -65,8 +65,7 @@ public:
 // answer queued is counted in unanswered and gets OK, or a cancel for dialogs.
 class ScriptedDialogs : public Dialogs {
 public:
-    using Answer =
-        std::variant<int, std::vector<std::string>, std::string, FolderChoice, FontChoice, std::monostate>;
+    using Answer = std::variant<int, std::vector<std::string>, std::string, FolderChoice, FontChoice, std::monostate>;
 
     struct Prompt {
         std::string kind;  // "msgbox", "open", "save", "folder", "input", "font"

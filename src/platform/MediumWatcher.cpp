@@ -30,18 +30,16 @@ MediumWatcher::MediumWatcher(std::function<void(bool)> onChange, QObject *parent
     if (!bus.isConnected() || !bus.interface() ||
         !bus.interface()->isServiceRegistered(QStringLiteral("org.freedesktop.UDisks2")))
         return;
-    listening_ =
-        bus.connect(QStringLiteral("org.freedesktop.UDisks2"), QString(),
-                    QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("PropertiesChanged"),
-                    this, SLOT(propertiesChanged(QString, QVariantMap, QStringList)));
+    listening_ = bus.connect(QStringLiteral("org.freedesktop.UDisks2"), QString(),
+                             QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("PropertiesChanged"),
+                             this, SLOT(propertiesChanged(QString, QVariantMap, QStringList)));
 }
 
 void MediumWatcher::deviceChange(int event) {
     if (auto removed = mediumChange(event); removed && onChange_) onChange_(*removed);
 }
 
-void MediumWatcher::propertiesChanged(const QString &interfaceName, const QVariantMap &changed,
-                                      const QStringList &) {
+void MediumWatcher::propertiesChanged(const QString &interfaceName, const QVariantMap &changed, const QStringList &) {
     deviceChange(udisksDriveEvent(interfaceName, changed));
 }
 

@@ -31,8 +31,7 @@ public:
     void deviceChange(int event);
 
 private slots:
-    void propertiesChanged(const QString &interfaceName, const QVariantMap &changed,
-                           const QStringList &invalidated);
+    void propertiesChanged(const QString &interfaceName, const QVariantMap &changed, const QStringList &invalidated);
 
 private:
     std::function<void(bool)> onChange_;

@@ -16,9 +16,7 @@
 namespace saltmarrow::platform {
 
 namespace {
-QString q(const std::string &s) {
-    return QString::fromStdString(s);
-}
+QString q(const std::string &s) { return QString::fromStdString(s); }
 }  // namespace
 
 QString qtFilter(const std::string &filter) {
@@ -40,44 +38,23 @@ int QtDialogs::MsgBoxOverMe(const std::string &text, int style, const std::strin
     box.setWindowTitle(title.empty() ? QApplication::applicationDisplayName() : q(title));
     box.setText(q(text).replace(QLatin1String("\r\n"), QLatin1String("\n")));
     switch (style & 0x70) {
-        case mb::Critical:
-            box.setIcon(QMessageBox::Critical);
-            break;
-        case mb::Question:
-            box.setIcon(QMessageBox::Question);
-            break;
-        case mb::Exclamation:
-            box.setIcon(QMessageBox::Warning);
-            break;
-        case mb::Information:
-            box.setIcon(QMessageBox::Information);
-            break;
-        default:
-            break;
+    case mb::Critical: box.setIcon(QMessageBox::Critical); break;
+    case mb::Question: box.setIcon(QMessageBox::Question); break;
+    case mb::Exclamation: box.setIcon(QMessageBox::Warning); break;
+    case mb::Information: box.setIcon(QMessageBox::Information); break;
+    default: break;
     }
     switch (style & 0x7) {
-        case mb::OKCancel:
-            box.setStandardButtons(QMessageBox::Ok | QMessageBox::Cancel);
-            break;
-        case mb::YesNoCancel:
-            box.setStandardButtons(QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel);
-            break;
-        case mb::YesNo:
-            box.setStandardButtons(QMessageBox::Yes | QMessageBox::No);
-            break;
-        default:
-            box.setStandardButtons(QMessageBox::Ok);
-            break;
+    case mb::OKCancel: box.setStandardButtons(QMessageBox::Ok | QMessageBox::Cancel); break;
+    case mb::YesNoCancel: box.setStandardButtons(QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel); break;
+    case mb::YesNo: box.setStandardButtons(QMessageBox::Yes | QMessageBox::No); break;
+    default: box.setStandardButtons(QMessageBox::Ok); break;
     }
     switch (box.exec()) {
-        case QMessageBox::Ok:
-            return mb::OK;
-        case QMessageBox::Yes:
-            return mb::Yes;
-        case QMessageBox::No:
-            return mb::No;
-        default:
-            return mb::Cancel;
+    case QMessageBox::Ok: return mb::OK;
+    case QMessageBox::Yes: return mb::Yes;
+    case QMessageBox::No: return mb::No;
+    default: return mb::Cancel;
     }
 }
 
@@ -93,8 +70,7 @@ std::optional<std::vector<std::string>> QtDialogs::openFile(const FileRequest &r
 
 std::optional<std::string> QtDialogs::saveFile(const FileRequest &request) {
     QString start = q(request.folder);
-    if (!request.fileName.empty())
-        start = start.isEmpty() ? q(request.fileName) : start + "/" + q(request.fileName);
+    if (!request.fileName.empty()) start = start.isEmpty() ? q(request.fileName) : start + "/" + q(request.fileName);
     QString file = QFileDialog::getSaveFileName(owner_, q(request.title), start, qtFilter(request.filter));
     if (file.isEmpty()) return std::nullopt;
     return file.toStdString();
@@ -132,8 +108,6 @@ std::optional<FontChoice> QtDialogs::chooseFont(const FontChoice &current) {
     return FontChoice{chosen.family().toStdString(), chosen.pointSize()};
 }
 
-void BeepSounds::play(const std::string &, bool) {
-    QApplication::beep();
-}
+void BeepSounds::play(const std::string &, bool) { QApplication::beep(); }
 
 }  // namespace saltmarrow::platform

@@ -1,8 +1,7 @@
 #include "platform/SystemInfo.h"
 
-#include <sys/utsname.h>
-
 #include <fstream>
+#include <sys/utsname.h>
 
 namespace saltmarrow::platform {
 
@@ -21,5 +20,6 @@ std::string platformVersion() {
     }
     return kernel + "\t" + distribution;
 }
+
 
 }  // namespace saltmarrow::platform

@@ -591,7 +591,8 @@ bool frmMain::Form_Load() {
     new platform::MediumWatcher(
         [this](bool removed) {
             runner.jobs.whenIdle(
-                [this, removed] { run("WindowProc", [&] { updateMediaInfo(true, removed, false); }); }, "medium");
+                [this, removed] { run("WindowProc", [&] { updateMediaInfo(true, removed, false); }); },
+                "medium");
         },
         this);
 
