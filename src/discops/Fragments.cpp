@@ -88,11 +88,10 @@ std::string writeDevice(const WritePanel &panel, const FragmentSettings &setting
         driver = raw ? "generic-mmc-raw" : "generic-mmc";
         options = "0";
     }
-    std::string fragment = " --device " +
-                           platform::quoteArgument(layer.cdrdaoDevice(layer.addressOf(panel.cmbWriterDevice),
-                                                                      useSPTI(settings), lockDevice),
-                                                   kBare) +
-                           " --driver " + driver;
+    const std::string device =
+        layer.cdrdaoDevice(layer.addressOf(panel.cmbWriterDevice), useSPTI(settings), lockDevice);
+    std::string fragment = " --device ";
+    fragment += platform::quoteArgument(device, kBare) + " --driver " + driver;
     // The bit switches buffer protection off, so an unticked box sets it.
     if (!ticked(panel.chkBurnProof)) options = hexOr({options, "00000040"});
     // Only a driver name ending in "generic-mmc" takes the CD-Text bit; the raw driver does not.
@@ -150,9 +149,9 @@ std::string writeDVDCommand(const WritePanel &panel, const FragmentSettings &set
     if (ticked(panel.chkMultiSession) && isDataDisc) useRaw = false;
     const std::string address =
         settings.UseProDVD ? writer.ASPIDeviceID : layer.addressOf(panel.cmbWriterDevice);
-    std::string command =
-        " " +
-        platform::quoteArgument("dev=" + layer.dvdDevice(address, useSPTI(settings), plainAddress), kBare);
+    const std::string device = layer.dvdDevice(address, useSPTI(settings), plainAddress);
+    std::string command = " ";
+    command += platform::quoteArgument("dev=" + device, kBare);
     command += ticked(panel.chkBurnProof) ? " driveropts=burnfree" : " driveropts=noburnfree";
     command += " -v";
     if (ticked(panel.chkSimulate)) command += " -dummy";
