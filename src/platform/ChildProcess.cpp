@@ -1,17 +1,16 @@
 #include "platform/ChildProcess.h"
 
+#include <cerrno>
+#include <csignal>
 #include <fcntl.h>
+#include <fstream>
+#include <iterator>
 #include <poll.h>
 #include <spawn.h>
 #include <sys/ioctl.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
-
-#include <cerrno>
-#include <csignal>
-#include <fstream>
-#include <iterator>
 
 #include "platform/CommandLine.h"
 #include "support/mdlFunctions.h"
