@@ -16,6 +16,8 @@
 #include <filesystem>
 
 #include "devices/DeviceInfoText.h"
+#include "platform/CommandLine.h"
+#include "platform/EventWait.h"
 #include "support/mdlFunctions.h"
 
 namespace saltmarrow {
@@ -213,6 +215,7 @@ frmDeviceInfo::frmDeviceInfo(DeviceState &state, const DeviceHost &host, DeviceI
     layout->addLayout(buttons);
 
     objDOS.ReceiveOutputs = [this](const std::string &line) { objDOS_ReceiveOutputs(line); };
+    objDOS.waitForEvents = platform::waitForEvents;
     objDOS.pump = [this] {
         if (host_.letEventsRun)
             host_.letEventsRun();
@@ -249,7 +252,7 @@ void frmDeviceInfo::MediaInfo(int index) {
         // The tools run in their own folder, as every other command does.
         const std::string folder = std::filesystem::path(host_.cdrdao).parent_path().string();
         const std::string device = sources_.writerDevice ? sources_.writerDevice() : std::string();
-        objDOS.ExecuteCommand(vb::quoteString(host_.cdrdao) + " disk-info" + device, 256, 1, folder);
+        objDOS.ExecuteCommand(platform::quoteArgument(host_.cdrdao) + " disk-info" + device, 256, 1, folder);
         output = objDOS.totalOutput;
     }
     // The table may have changed while the query let events run.

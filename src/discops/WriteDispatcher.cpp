@@ -66,9 +66,9 @@ WritePlan planImageWrite(const std::string &cdrdao, const std::string &deviceAnd
                          const std::string &sheet, const std::string &externalFolder) {
     WritePlan plan;
     plan.sheet = sheet;
-    plan.command = platform::quoteArgument(cdrdao) + " write" + deviceAndOptions +
-                   platform::quoteArgument(vb::Replace(sheet, "\\", "/"));
-    plan.commandFile = "@ECHO OFF\r\n" + plan.command + "\r\n";
+    // A backslash is a character of a name here, not a separator to turn round.
+    plan.command = platform::quoteArgument(cdrdao) + " write" + deviceAndOptions + platform::quoteArgument(sheet);
+    plan.commandFile = platform::batchFileText(plan.command);
     // cdrdao reads the names in a sheet against the folder it starts in; a
     // name without a folder means the file beside the sheet.
     plan.folder = parentFolder(sheet);

@@ -68,7 +68,7 @@ bool MainInterpreterView::killInstantly() {
 }
 
 void MainInterpreterView::letEventsRun() {
-    QCoreApplication::processEvents();
+    events_();
 }
 
 std::string MainInterpreterView::message(std::string_view key) const {

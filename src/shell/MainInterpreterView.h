@@ -1,6 +1,9 @@
 #ifndef SALTMARROW_SHELL_MAININTERPRETERVIEW_H
 #define SALTMARROW_SHELL_MAININTERPRETERVIEW_H
 
+#include <QCoreApplication>
+
+#include "exec/EventPump.h"
 #include "exec/OutputInterpreter.h"
 
 namespace saltmarrow {
@@ -39,6 +42,8 @@ public:
 private:
     frmMain &f_;
     platform::Sounds &sounds_;
+    // The interpreters let events run several times a line.
+    EventPump events_{[] { QCoreApplication::processEvents(); }};
 };
 
 }  // namespace saltmarrow

@@ -29,14 +29,17 @@
 #include "discops/ImageLoad.h"
 #include "discops/WriteDispatcher.h"
 #include "discops/frmEraseCD.h"
+#include "exec/EventPump.h"
 #include "exec/frmLog.h"
 #include "platform/CommandLine.h"
 #include "platform/CurrentDriveLayer.h"
 #include "platform/Dialogs.h"
+#include "platform/EventWait.h"
 #include "platform/MediumWatcher.h"
 #include "platform/SingleInstance.h"
 #include "platform/Sounds.h"
 #include "shell/AudioLink.h"
+#include "shell/DataLink.h"
 #include "shell/LanguageForms.h"
 #include "shell/MainInterpreterView.h"
 #include "shell/ProductPicture.h"
@@ -92,6 +95,9 @@ frmMain::frmMain(ShellEnvironment env) : env_(std::move(env)) {
         run("objDOS_nullOutputs", [&] { interpreter->objDOS_nullOutputs(); });
     };
     runner.objDOS.pump = [] { QCoreApplication::processEvents(QEventLoop::AllEvents); };
+    runner.objDOS.waitForEvents = platform::waitForEvents;
+    runner.jobs.post = [this](std::function<void()> work) { QTimer::singleShot(0, this, std::move(work)); };
+    dataLink_ = std::make_unique<DataLink>(*this, env_);
     interpreterView_ = std::make_unique<MainInterpreterView>(*this, *env_.sounds);
     interpreter = std::make_unique<OutputInterpreter>(*interpreterView_, interpreterState,
                                                       secondsSinceMidnight, paths.cygwinRoot);
@@ -100,6 +106,7 @@ frmMain::frmMain(ShellEnvironment env) : env_(std::move(env)) {
 frmMain::~frmMain() = default;
 
 void frmMain::run(const char *procedure, const std::function<void()> &handler) {
+    const auto job = runner.jobs.begin();
     guard(*env_.errors, kModule, procedure, handler, [this] {
         if (env_.terminate) env_.terminate();
     });
@@ -214,6 +221,8 @@ bool frmMain::startAsSecondInstance() {
 }
 
 bool frmMain::Form_Load() {
+    // A hand-over or a medium change that comes during start-up waits for its end.
+    const auto job = runner.jobs.begin();
     langTemplate_ = vb::InStr(commandLine, "/langtemplate", vb::Compare::Text) > 0;
     if (env_.singleInstance && startAsSecondInstance()) return false;
     // Without an SPTI layer the box stays off and out of reach, as on a
@@ -318,8 +327,14 @@ bool frmMain::Form_Load() {
     }
 
     // A disc put in or taken out refreshes the drive status by itself.
+    // During a job the refresh waits for its end, and a burst of changes gives one refresh.
     new platform::MediumWatcher(
-        [this](bool removed) { run("WindowProc", [&] { updateMediaInfo(true, removed, false); }); }, this);
+        [this](bool removed) {
+            runner.jobs.whenIdle(
+                [this, removed] { run("WindowProc", [&] { updateMediaInfo(true, removed, false); }); },
+                "medium");
+        },
+        this);
 
     formLoaded = true;
     run("cmbWriterDevice_Click", [this] { cmbWriterDevice_Click(); });
@@ -345,10 +360,13 @@ void frmMain::fillFixedLists() {
 }
 
 void frmMain::receiveHandOver(const std::string &text) {
-    run("WindowProc", [&] {
-        commandLine = text.substr(0, platform::SingleInstance::kMaxText);
-        parseCommand();
-        mnuRestore_Click();
+    // A running write keeps its image: the new one is loaded once the job has ended.
+    runner.jobs.whenIdle([this, text] {
+        run("WindowProc", [&] {
+            commandLine = text.substr(0, platform::SingleInstance::kMaxText);
+            parseCommand();
+            mnuRestore_Click();
+        });
     });
 }
 

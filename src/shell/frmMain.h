@@ -34,6 +34,7 @@ class QSystemTrayIcon;
 
 namespace saltmarrow {
 
+class DataLink;
 class ErrorReporter;
 class frmAudioCD;
 class frmDeviceInfo;
@@ -230,6 +231,7 @@ private:
     std::unique_ptr<InterpreterView> interpreterView_;
     std::unique_ptr<DeviceHost> deviceInfoHost_;  // outlives the dialog that keeps it
     QPointer<frmStartUp> startUp_;
+    std::unique_ptr<DataLink> dataLink_;  // the data form behind the mastering menu
 };
 
 }  // namespace saltmarrow

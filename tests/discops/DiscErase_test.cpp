@@ -19,9 +19,9 @@ TEST(DiscErase, ACDByCdrdaoADVDByTheDVDWriter) {
     };
     const Row rows[] = {
         {"CD-RW", "full", false, Mode::EraseCD,
-         "cdrdao blank --device ASPILOCK:1,0,0 --driver generic-mmc:0x0  --reload --blank-mode full"},
+         "\"cdrdao\" blank --device ASPILOCK:1,0,0 --driver generic-mmc:0x0  --reload --blank-mode full"},
         {"", "minimal", true, Mode::EraseCD,
-         "cdrdao blank --device /dev/sr0 --driver generic-mmc:0x0  --reload --blank-mode minimal"},
+         "\"cdrdao\" blank --device /dev/sr0 --driver generic-mmc:0x0  --reload --blank-mode minimal"},
         {"DVD-RW", "full", false, Mode::WriteDVD,
          "\"/a b/dvdrecord\" blank=all dev=ASPILOCK:1,0,0 gracetime=0"},
         {"DVD+RW", "minimal", true, Mode::WriteDVD,

@@ -256,10 +256,11 @@ TEST(WriteDispatcher, TheChecksInTheirOrder) {
             EXPECT_EQ(slot.strFilename, dir.file("images/" + row.image)) << "the image is back";
         }
         if (written.command.empty()) continue;
-        EXPECT_EQ(written.command, dir.file("app/external/cdrdao") +
-                                       " write --device /dev/fake0 --driver "
-                                       "generic-mmc:0x0  --eject --reload --speed 16 -n --buffers 256 -v 2 " +
-                                       written.sheet);
+        EXPECT_EQ(written.command,
+                  "\"" + dir.file("app/external/cdrdao") +
+                      "\" write --device /dev/fake0 --driver "
+                      "generic-mmc:0x0  --eject --reload --speed 16 -n --buffers 256 -v 2 \"" +
+                      written.sheet + "\"");
         EXPECT_EQ(test::readFile(dir.file("app/external/TEMP/command.bat")),
                   "@ECHO OFF\r\n" + written.command + "\r\n");
         EXPECT_EQ(written.folder, std::filesystem::path(written.sheet).parent_path().string());

@@ -6,6 +6,7 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QElapsedTimer>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -14,6 +15,8 @@
 #include <regex>
 
 #include "devices/frmDeviceInfo.h"
+#include "platform/MediumWatcher.h"
+#include "support/mdlFunctions.h"
 #include "testlib/FakeDrive.h"
 #include "testlib/ShellHarness.h"
 
@@ -32,31 +35,39 @@ LinuxDrive dvdWriter(const std::string &medium) {
     return d;
 }
 
+// The program and its images stand in folders whose names hold shell syntax
+// and a line end: no command may split there or start anything else.
 struct Jobs : ::testing::Test {
-    TempDir app;
-    TempDir images;
+    TempDir root;
+    const std::string awkward = "x\" | touch PWNED \"y \\\" $(touch PWNED) ;\nz";
+    const std::string app = root.file(awkward + "/app"), images = root.file(awkward);
     std::unique_ptr<ShellHarness> h;
 
     void start(const std::vector<LinuxDrive> &drives, const std::string &commandLine = {},
-               const std::string &global = {}) {
-        installFakeDrive(app.path(), drives, global);
-        h = ShellHarness::inFolder(app.path(), commandLine, false);
+               const std::string &global = {}, bool single = false) {
+        installFakeDrive(app, drives, global);
+        h = ShellHarness::inFolder(app, commandLine, single);
         ASSERT_TRUE(h->form().Form_Load());
         ASSERT_TRUE(h->errors.reports.empty()) << h->errors.reports.front();
         h->dialogs.prompts.clear();
     }
+    void TearDown() override {
+        for (const std::string &folder : {app + "/external", images})
+            EXPECT_FALSE(std::filesystem::exists(folder + "/PWNED"));
+    }
     frmMain &f() { return h->form(); }
     std::string cue(const std::string &name, std::size_t sectors) {
-        writeFile(images.file(name + ".bin"), std::string(sectors * 2352, '\x11'));
-        writeFile(images.file(name + ".cue"),
+        std::filesystem::create_directories(images);
+        writeFile(images + "/" + name + ".bin", std::string(sectors * 2352, '\x11'));
+        writeFile(images + "/" + name + ".cue",
                   "FILE \"" + name + ".bin\" BINARY\r\n  TRACK 01 MODE1/2352\r\n    INDEX 01 00:00:00\r\n");
-        return images.file(name + ".cue");
+        return images + "/" + name + ".cue";
     }
     void load(const std::string &path) {
         f().commandLine = "-i \"" + path + "\"";
         f().parseCommand();
     }
-    std::vector<std::string> calls(const std::string &prefix) { return fakeCalls(app.path(), prefix); }
+    std::vector<std::string> calls(const std::string &prefix) { return fakeCalls(app, prefix); }
     std::string status() { return f().txtStatus->text().toStdString(); }
     // Every drive address the program handed a tool is a device path the scan gave.
     void expectOnlyDevicePaths() {
@@ -144,8 +155,8 @@ TEST_F(Jobs, ACueImageOntoABlankCD) {
     const auto writes = calls("cdrdao write");
     ASSERT_EQ(writes.size(), 1u);
     EXPECT_NE(writes[0].find(" --device /dev/sr0 --driver generic-mmc:0x0 "), std::string::npos) << writes[0];
-    EXPECT_NE(writes[0].find(image), std::string::npos);
-    const std::string log = readFile(app.file("external/TEMP/commandlog.txt"));
+    EXPECT_NE(writes[0].find(vb::Replace(image, "\n", "\\n")), std::string::npos) << "whole, unsplit";
+    const std::string log = readFile(app + "/external/TEMP/commandlog.txt");
     EXPECT_NE(log.find("Wrote 7 of 7 MB (Buffers 100%  97%)"), std::string::npos)
         << "the fake read every byte";
     EXPECT_EQ(f().currentMode, Mode::WriteCD);
@@ -174,8 +185,7 @@ TEST_F(Jobs, CancelDuringTheWriteLeavesNoToolBehind) {
     DIR *proc = opendir("/proc");
     while (dirent *e = readdir(proc)) {
         const int pid = std::atoi(e->d_name);
-        if (pid > 0 &&
-            readFile("/proc/" + std::to_string(pid) + "/cmdline").find(app.path()) != std::string::npos &&
+        if (pid > 0 && readFile("/proc/" + std::to_string(pid) + "/cmdline").find(app) != std::string::npos &&
             processAlive(pid))
             alive = true;
     }
@@ -232,11 +242,46 @@ TEST_F(Jobs, EraseFromTheMenuByTheRightTool) {
     // The DVD writer's blank runs under the DVD task, whose reading knows no
     // blanking time: only the CD's blank reads as a success.
     EXPECT_FALSE(f().writeSucceeded);
-    EXPECT_NE(readFile(app.file("external/TEMP/commandlog.txt")).find("Blanking time: 480 seconds"),
+    EXPECT_NE(readFile(app + "/external/TEMP/commandlog.txt").find("Blanking time: 480 seconds"),
               std::string::npos);
     EXPECT_EQ(calls("cdrdao blank"),
               std::vector<std::string>{
                   "cdrdao blank --device /dev/sr0 --driver generic-mmc:0x0 --reload --blank-mode full"});
     EXPECT_EQ(calls("dvdrecord"), std::vector<std::string>{"dvdrecord blank=all dev=/dev/sr1 gracetime=0"});
     EXPECT_TRUE(h->dialogs.prompts.empty()) << "erasing has no result box";
+}
+
+// A second start with "-w" writes from the event loop. Medium changes and a
+// second start with "-i" during that write wait for its end: the write keeps
+// its image, the drive is read once, then the new image is loaded.
+TEST_F(Jobs, WhatArrivesDuringAWriteWaitsForItsEnd) {
+    start({cdWriter("CD-R", kBlankCDR + "write_delay_ms = 60\n")}, {}, {}, true);
+    f().showSettings(false);  // so that the write asks the drive only as it starts
+    // A sheet cannot name its data in a folder whose name holds a quote.
+    writeFile(root.file("data.bin"), std::string(8 << 20, 'x'));
+    const std::string first = images + "/first.toc", second = images + "/second.toc";
+    for (auto &toc : {first, second})
+        writeFile(toc, "CD_ROM\nTRACK MODE1\nDATAFILE \"" + root.file("data.bin") + "\"\n");
+    std::unique_ptr<ShellHarness> later;
+    std::string written;
+    const auto interpret = f().runner.objDOS.ReceiveOutputs;
+    f().runner.objDOS.ReceiveOutputs = [&](const std::string &line) {
+        interpret(line);
+        if (line.find("Wrote 2 of") == 0 && !later) {
+            for (int event : {platform::DBT_DEVICEREMOVECOMPLETE, platform::DBT_DEVICEARRIVAL})
+                f().findChild<platform::MediumWatcher *>()->deviceChange(event);
+            later = ShellHarness::inFolder(app, "-i \"" + second + "\"", true);
+            EXPECT_FALSE(later->form().Form_Load());
+        }
+        if (line.find("Writing finished successfully") == 0) written = f().slot.strFilename;
+    };
+    EXPECT_FALSE(ShellHarness::inFolder(app, "-w \"" + first + "\"", true)->form().Form_Load());
+    QElapsedTimer t;
+    for (t.start(); f().slot.strFilename != second && t.elapsed() < 20000;) QCoreApplication::processEvents();
+    EXPECT_EQ(written, first);
+    const auto log = calls("");
+    const auto write =
+        std::find_if(log.begin(), log.end(), [](auto &l) { return l.find("cdrdao write") == 0; });
+    EXPECT_EQ(std::count_if(write, log.end(), [](auto &l) { return l.find("cdrdao drive-info") == 0; }), 1)
+        << "read once";
 }
