@@ -33,119 +33,41 @@ struct Row {
     bool cancelling = false;
 };
 
-const std::vector<std::string> kQuery = {"enable 0"};
-std::vector<std::string> operator+(std::vector<std::string> a, const std::vector<std::string> &b) {
-    a.insert(a.end(), b.begin(), b.end());
-    return a;
-}
-
+// Every row past the first three starts with "enable 0" and ends with "enable 1".
+const std::string kCheck = "status Checking for writable media...";
+const std::string kMismatch = "box Current project does not match inserted media! 48";
+const std::string kCancelled = "status Write Operation Cancelled.";
+const std::string kFigures = "box 1 MB to be written to disc (703 MB free). 65";
+const std::string kNotBlank = "box Inserted medium is not blank! 48";
+// clang-format off
 const Row kRows[] = {
     {"a second click cancels", Mode::WriteCD, {"CD-R"}, "disc.toc", false, mb::OK, {"kill"}, "", true},
-    {"no writer",
-     Mode::WriteCD,
-     {"CD-R"},
-     "disc.toc",
-     false,
-     mb::OK,
-     {"box Please select a Write Device. 48", "settings", "enable 1"},
-     ""},
+    {"no writer", Mode::WriteCD, {"CD-R"}, "disc.toc", false, mb::OK,
+     {"box Please select a Write Device. 48", "settings", "enable 1"}, ""},
     {"nothing loaded: the open dialog", Mode::None, {"CD-R"}, "", false, mb::OK, {"choose"}},
-    {"a sheet onto a DVD",
-     Mode::WriteCD,
-     {"DVD+R"},
-     "disc.toc",
-     false,
-     mb::OK,
-     kQuery + std::vector<std::string>{"box Current project does not match inserted media! 48", "enable 1"}},
-    {"a data DVD onto a CD",
-     Mode::DataDVD,
-     {"CD-R"},
-     "disc.toc",
-     false,
-     mb::OK,
-     kQuery + std::vector<std::string>{"box Current project does not match inserted media! 48", "enable 1"}},
-    {"an ISO onto a DVD is a DVD job",
-     Mode::WriteCD,
-     {"DVD-R"},
-     "disc.iso",
-     false,
-     mb::OK,
-     kQuery + std::vector<std::string>{"autohide", "job dvd WriteDVD", "enable 1"}},
-    {"a copy",
-     Mode::CopyCD,
-     {"CD-R"},
-     "",
-     false,
-     mb::OK,
-     kQuery + std::vector<std::string>{"autohide", "job copy CopyCD", "enable 1"}},
-    {"a data CD without its form in this build",
-     Mode::DataCD,
-     {"CD-R"},
-     "",
-     false,
-     mb::OK,
-     kQuery + std::vector<std::string>{"autohide", "status Write Operation Cancelled.", "enable 1"}},
-    {"a disc that is not blank",
-     Mode::WriteCD,
-     {"CD-R", false},
-     "disc.toc",
-     false,
-     mb::OK,
-     kQuery + std::vector<std::string>{"autohide", "status Checking for writable media...",
-                                       "box Inserted medium is not blank! 48",
-                                       "status Write Operation Cancelled.", "enable 1"}},
-    {"a used rewritable is offered for erasing first",
-     Mode::AudioCD,
-     {"CD-RW", false, true},
-     "disc.toc",
-     false,
-     mb::OK,
-     kQuery + std::vector<std::string>{"autohide", "status Checking for writable media...", "offer erase",
-                                       "box Inserted medium is not blank! 48",
-                                       "status Write Operation Cancelled.", "enable 1"}},
-    {"a disc that cannot be read ends without a word",
-     Mode::WriteCD,
-     {"CD-R", true, false, false},
-     "disc.toc",
-     false,
-     mb::OK,
-     kQuery + std::vector<std::string>{"autohide", "status Checking for writable media...",
-                                       "status Operation Cancelled", "enable 1"}},
-    {"cancelled at the figures",
-     Mode::WriteCD,
-     {"CD-R"},
-     "disc.toc",
-     true,
-     mb::Cancel,
-     kQuery + std::vector<std::string>{"autohide", "status Checking for writable media...", "refresh",
-                                       "box 1 MB to be written to disc (703 MB free). 65",
-                                       "status Write Operation Cancelled.", "enable 1"}},
-    {"a sheet onto a blank CD",
-     Mode::WriteCD,
-     {"CD-R"},
-     "disc.toc",
-     true,
-     mb::OK,
-     kQuery + std::vector<std::string>{"autohide", "status Checking for writable media...", "refresh",
-                                       "box 1 MB to be written to disc (703 MB free). 65", "write disc.toc",
-                                       "enable 1"}},
-    {"an ISO onto a CD through a sheet around it",
-     Mode::WriteCD,
-     {"CD-R"},
-     "disc.iso",
-     false,
-     mb::OK,
-     kQuery + std::vector<std::string>{"autohide", "status Checking for writable media...", "refresh",
-                                       "write tempiso.toc", "enable 1"}},
-    {"a medium the program does not know passes",
-     Mode::WriteCD,
-     {"DVD-RAM"},
-     "disc.toc",
-     false,
-     mb::OK,
-     kQuery + std::vector<std::string>{"autohide", "status Checking for writable media...", "refresh",
-                                       "write disc.toc", "enable 1"}},
+    {"a sheet onto a DVD", Mode::WriteCD, {"DVD+R"}, "disc.toc", false, mb::OK, {kMismatch}},
+    {"a data DVD onto a CD", Mode::DataDVD, {"CD-R"}, "disc.toc", false, mb::OK, {kMismatch}},
+    {"an ISO onto a DVD is a DVD job", Mode::WriteCD, {"DVD-R"}, "disc.iso", false, mb::OK,
+     {"autohide", "job dvd WriteDVD"}},
+    {"a copy", Mode::CopyCD, {"CD-R"}, "", false, mb::OK, {"autohide", "job copy CopyCD"}},
+    {"a data CD without its form in this build", Mode::DataCD, {"CD-R"}, "", false, mb::OK,
+     {"autohide", kCancelled}},
+    {"a disc that is not blank", Mode::WriteCD, {"CD-R", false}, "disc.toc", false, mb::OK,
+     {"autohide", kCheck, kNotBlank, kCancelled}},
+    {"a used rewritable is offered for erasing first", Mode::AudioCD, {"CD-RW", false, true}, "disc.toc", false,
+     mb::OK, {"autohide", kCheck, "offer erase", kNotBlank, kCancelled}},
+    {"a disc that cannot be read ends without a word", Mode::WriteCD, {"CD-R", true, false, false}, "disc.toc",
+     false, mb::OK, {"autohide", kCheck, "status Operation Cancelled"}},
+    {"cancelled at the figures", Mode::WriteCD, {"CD-R"}, "disc.toc", true, mb::Cancel,
+     {"autohide", kCheck, "refresh", kFigures, kCancelled}},
+    {"a sheet onto a blank CD", Mode::WriteCD, {"CD-R"}, "disc.toc", true, mb::OK,
+     {"autohide", kCheck, "refresh", kFigures, "write disc.toc"}},
+    {"an ISO onto a CD through a sheet around it", Mode::WriteCD, {"CD-R"}, "disc.iso", false, mb::OK,
+     {"autohide", kCheck, "refresh", "write tempiso.toc"}},
+    {"a medium the program does not know passes", Mode::WriteCD, {"DVD-RAM"}, "disc.toc", false, mb::OK,
+     {"autohide", kCheck, "refresh", "write disc.toc"}},
 };
+// clang-format on
 
 // The tools as far as the dispatcher asks them, for one disc.
 std::string answer(const std::string &command, const Disc &disc) {
@@ -166,6 +88,11 @@ std::string answer(const std::string &command, const Disc &disc) {
 TEST(WriteDispatcher, TheChecksInTheirOrder) {
     for (const Row &row : kRows) {
         SCOPED_TRACE(row.what);
+        std::vector<std::string> expected = row.events;
+        if (&row - kRows >= 3) {
+            expected.insert(expected.begin(), "enable 0");
+            expected.push_back("enable 1");
+        }
         test::TempDir dir;
         std::filesystem::create_directories(dir.file("app/external/TEMP"));
         std::filesystem::create_directories(dir.file("images"));
@@ -247,11 +174,9 @@ TEST(WriteDispatcher, TheChecksInTheirOrder) {
         };
 
         cmdWrite_Click(click, devices, fake.host, slot, ctx, host);
-        EXPECT_EQ(events, row.events);
+        EXPECT_EQ(events, expected);
         EXPECT_EQ(writeCancelled, row.cancelling);
-        if (!row.events.empty() && row.events.front() == "enable 0") {
-            EXPECT_EQ(fake.mode, row.mode) << "the task is back";
-        }
+        if (&row - kRows >= 3) EXPECT_EQ(fake.mode, row.mode) << "the task is back";
         if (!row.image.empty()) {
             EXPECT_EQ(slot.strFilename, dir.file("images/" + row.image)) << "the image is back";
         }
