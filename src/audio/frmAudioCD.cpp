@@ -130,6 +130,7 @@ void frmAudioCD::buildControls() {
     listFiles->setSelectionBehavior(QAbstractItemView::SelectRows);
     listFiles->setColumnHidden(kColumnPosition, true);
     listFiles->setContextMenuPolicy(Qt::CustomContextMenu);
+    listViewport_ = listFiles->viewport();
     listFiles->viewport()->setAcceptDrops(true);
     listFiles->viewport()->installEventFilter(this);
     listFiles->installEventFilter(this);
@@ -537,14 +538,14 @@ void frmAudioCD::resizeEvent(QResizeEvent *event) {
 }
 
 bool frmAudioCD::eventFilter(QObject *watched, QEvent *event) {
-    if (watched == listFiles->viewport() &&
+    if (watched == listViewport_ &&
         (event->type() == QEvent::DragEnter || event->type() == QEvent::DragMove)) {
         auto *drag = static_cast<QDropEvent *>(event);
         if (!drag->mimeData()->hasUrls() || busy_) return false;
         drag->acceptProposedAction();
         return true;
     }
-    if (watched == listFiles->viewport() && event->type() == QEvent::Drop) {
+    if (watched == listViewport_ && event->type() == QEvent::Drop) {
         auto *drop = static_cast<QDropEvent *>(event);
         std::vector<std::string> paths;
         for (const QUrl &url : drop->mimeData()->urls())

@@ -83,6 +83,9 @@ protected:
     void closeEvent(QCloseEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
+    // Taken once: the filter still sees events while the list is torn down,
+    // when asking the list for its viewport is no longer safe.
+    QObject *listViewport_ = nullptr;
 
 private:
     void buildControls();
