@@ -7,9 +7,10 @@
 
 namespace saltmarrow::cddb {
 
-ResultTable tracklist(const FreedbState &s) {
+ResultTable tracklist(const FreedbState &s, std::size_t maxTracks) {
     ResultTable table{{vb::Trim(s.cddbTitle), vb::Trim(s.cddbArtist)}};
     for (const std::string &text : s.listTracks) {
+        if (table.size() > maxTracks) break;
         const std::size_t slash = text.find('/');
         if (s.cddbSplit && slash != std::string::npos)
             table.emplace_back(vb::Trim(text.substr(slash + 1)), vb::Trim(text.substr(0, slash)));

@@ -1,6 +1,7 @@
 #ifndef SALTMARROW_CDDB_CDDBRESULT_H
 #define SALTMARROW_CDDB_CDDBRESULT_H
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -14,8 +15,8 @@ namespace saltmarrow::cddb {
 using ResultTable = std::vector<std::pair<std::string, std::string>>;
 
 // The names of the entry that was read, split into artist and title where the
-// user chose it.
-ResultTable tracklist(const FreedbState &s);
+// user chose it; at most maxTracks track rows.
+ResultTable tracklist(const FreedbState &s, std::size_t maxTracks = SIZE_MAX);
 
 // The length of each track of the entry, "mm:ss:ff", from the frame offsets
 // among its "#" lines.

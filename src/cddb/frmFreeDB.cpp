@@ -167,9 +167,8 @@ void frmFreeDB::status(int panel, const std::string &text) {
 std::optional<cddb::ResultTable> frmFreeDB::QueryFreedb(const std::vector<long> &lengthsMs) {
     state.cddbTrackLengths = lengthsMs;
     state.cddbLengthMode = false;
+    maxTracks_ = lengthsMs.empty() ? 0 : lengthsMs.size() - 1;
     exec();
-    if (cddbResult && cddbResult->size() > lengthsMs.size())
-        cddbResult->resize(std::max<std::size_t>(lengthsMs.size(), 1));
     return cddbResult;
 }
 
@@ -250,7 +249,7 @@ void frmFreeDB::cmdTextSearch_Click() {
 
 void frmFreeDB::cmdTracklist_Click() {
     if (state.cddbLengthMode) trackLengths = cddb::entryTrackLengths(state.cddbEntry);
-    if (state.entryRead) cddbResult = cddb::tracklist(state);
+    if (state.entryRead) cddbResult = cddb::tracklist(state, maxTracks_);
     done(Accepted);
 }
 

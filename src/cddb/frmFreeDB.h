@@ -2,6 +2,7 @@
 #define SALTMARROW_CDDB_FRMFREEDB_H
 
 #include <QDialog>
+#include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
@@ -98,6 +99,7 @@ private:
     bool quitCaption_ = false;  // cmdQuit reads "msgFreedbQuit"
     bool overHttp_ = false;     // the session is a GET of the database's CGI
     std::string webUrl_;
+    std::size_t maxTracks_ = SIZE_MAX;  // the tracks asked for; more names are not handed back
     QString designGetTracks_, designQuit_;
 };
 

@@ -1,0 +1,46 @@
+#include "cddb/DiscQuery.h"
+
+#include <gtest/gtest.h>
+
+using saltmarrow::cddb::discQuery;
+
+namespace {
+
+std::vector<long> disc(long leadIn, int tracks, long first, long step) {
+    std::vector<long> lengths{leadIn};
+    for (int i = 1; i <= tracks; ++i) lengths.push_back(first + step * i);
+    return lengths;
+}
+
+}  // namespace
+
+TEST(DiscQuery, IdsAndOffsets) {
+    struct Case {
+        std::vector<long> lengths;
+        const char *id;
+        const char *offsets;
+    };
+    const Case cases[] = {
+        {{2000, 180000, 240000}, "0d01a402", "2 150 13650 422"},
+        {{2000, 2763467}, "020acb01", "1 150 2765"},
+        {disc(2000, 20, 150000, 9973), "f913e614",
+         "20 150 12148 24894 38388 52630 67620 83357 99843 117077 135059 153789 173266 193492 214466 236187 "
+         "258657 281875 305840 330554 356015 5096"},
+        // The checksum starts from the lead-in's seconds (12), not their digit sum.
+        {{12000, 60000, 1000}, "15003d02", "2 900 5400 73"},
+        {{0, 1000, 1000}, "01000202", "2 0 75 2"},
+        // 2507 ms ends at 413.025 frames and 5.507 s: frames round, seconds of the checksum do not.
+        {{2000, 1000, 2507, 3200}, "0a000703", "3 150 225 413 9"},
+    };
+    for (const Case &c : cases) {
+        const auto q = discQuery(c.lengths);
+        ASSERT_TRUE(q);
+        EXPECT_EQ(q->discId, c.id);
+        EXPECT_EQ(q->offsets, c.offsets);
+        EXPECT_EQ(q->query, std::string("cddb query ") + c.id + " " + c.offsets + " ");
+    }
+    const auto full = discQuery(disc(2000, 99, 20000, 397));
+    EXPECT_EQ(full->discId, "9f0f6963");
+    EXPECT_EQ(full->offsets.substr(full->offsets.size() - 19), " 287171 291589 3947");
+    EXPECT_FALSE(discQuery({2000}));
+}
