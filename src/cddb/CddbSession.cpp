@@ -16,6 +16,9 @@ constexpr std::string_view kCrLf = "\r\n";
 constexpr std::string_view kQuit = "quit\r\n";
 constexpr std::string_view kLocalLiteral = "LocalHostName@LocalIP";
 constexpr std::size_t kPageLimit = std::size_t{4} << 20;
+// A session is a greeting, a command and its reply; a server that goes on
+// sending past this is stopped, whatever its replies look like.
+constexpr std::int64_t kSessionLimit = std::int64_t{4} << 20;
 
 bool holds(std::string_view text, std::string_view phrase) {
     return vb::InStr(text, phrase, Compare::Text) != 0;
@@ -105,6 +108,8 @@ std::string sessionCommand(const FreedbState &s) {
 Reaction dataArrival(FreedbState &s, std::string_view bytes) {
     Reaction r;
     s.cddbBytes += static_cast<std::int64_t>(bytes.size());
+    r.overflow = s.cddbBytes > kSessionLimit;
+    if (r.overflow) return r;
     if (s.cddbWeb) {
         r.overflow = s.webBuffer.size() + bytes.size() > kPageLimit;
         if (r.overflow) return r;

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+using saltmarrow::cddb::discLengths;
 using saltmarrow::cddb::discQuery;
 
 namespace {
@@ -29,8 +30,8 @@ TEST(DiscQuery, IdsAndOffsets) {
         // The checksum starts from the lead-in's seconds (12), not their digit sum.
         {{12000, 60000, 1000}, "15003d02", "2 900 5400 73"},
         {{0, 1000, 1000}, "01000202", "2 0 75 2"},
-        // 2507 ms ends at 413.025 frames and 5.507 s: frames round, seconds of the checksum do not.
-        {{2000, 1000, 2507, 3200}, "0a000703", "3 150 225 413 9"},
+        // The disc's 12.707 s round up; the checksum takes the third track's 9.507 s as 9.
+        {{2000, 3000, 4507, 3200}, "10000b03", "3 150 375 713 13"},
     };
     for (const Case &c : cases) {
         const auto q = discQuery(c.lengths);
@@ -43,4 +44,9 @@ TEST(DiscQuery, IdsAndOffsets) {
     EXPECT_EQ(full->discId, "9f0f6963");
     EXPECT_EQ(full->offsets.substr(full->offsets.size() - 19), " 287171 291589 3947");
     EXPECT_FALSE(discQuery({2000}));
+    // 2.5 s is "00:02:38", 2507 ms; a pause that is part of its track's source is not added.
+    EXPECT_EQ(discLengths({{"00:02:00", "00:01:00", "PREGAP"},
+                           {"00:02:00", "00:02:38", "PRE_TRACK"},
+                           {"00:01:00", "00:03:15", "PREGAP"}}),
+              (std::vector<long>{2000, 1000, 3507, 3200}));
 }

@@ -12,6 +12,7 @@
 
 #include "audio/mdlMediaInfo.h"
 #include "cddb/CddbServers.h"
+#include "cddb/DiscQuery.h"
 #include "cddb/frmFreeDB.h"
 #include "exec/EnglishTexts.h"
 #include "platform/Dialogs.h"
@@ -23,19 +24,19 @@ using namespace saltmarrow;
 TEST(QueryFreedb, ThreeWavesGetTheirNames) {
     if (!test::haveProgram("sox")) GTEST_SKIP() << "sox is not installed (scripts/setup installs it)";
     test::TempDir dir;
-    std::vector<long> lengths{trackTimeToMs("00:02:00")};  // the pause of the first row
+    std::vector<cddb::TrackTiming> rows;  // added with the two-second gap
     for (const char *seconds : {"1.0", "2.5", "3.2"}) {
         const std::string wav = dir.file(std::string(seconds) + ".wav");
         ASSERT_EQ(QProcess::execute("sox", {"-n", "-r", "44100", "-c", "2", "-b", "16",
                                             QString::fromStdString(wav), "trim", "0", seconds}),
                   0);
-        lengths.push_back(trackTimeToMs(msToTrackTime(readMediaInfo(wav).Millisecs)));
+        rows.push_back({"00:02:00", msToTrackTime(readMediaInfo(wav).Millisecs), "PREGAP"});
     }
     test::TranscriptServer server;
     server.greeting = {"201 test CDDBP server v1.5.2PL0 ready at Sat Jan  1 00:00:00 2000\r\n"};
     server.replies = {
         {"cddb hello", {"200 Hello and welcome me@example.org running saltmarrow 0.1.\r\n"}},
-        {"cddb query 0a000703 3 150 225 413 9",
+        {"cddb query 10000b03 3 150 375 713 13",
          {"211 Found inexact matches, list follows (until terminating `.')\r\nrock 0a000702 Some",
           "one / Else\r\n", "jazz 0a000703 Mot\xf6rhead / Ace of Spades\r\n.\r\n"}},
         {"cddb read jazz 0a000703",
@@ -61,7 +62,7 @@ TEST(QueryFreedb, ThreeWavesGetTheirNames) {
             test::waitFor([&] { return dialogs.prompts.size() == 1 && form->cmdTracklist->isEnabled(); }));
         form->cmdTracklist->click();
     });
-    const auto names = QueryFreedb(host, lengths);
+    const auto names = QueryFreedb(host, cddb::discLengths(rows));
     ASSERT_TRUE(names);
     EXPECT_EQ(*names, (cddb::ResultTable{{"Ace of Spades", "Mot\xc3\xb6rhead"},
                                          {"Ace", "Lemmy"},
