@@ -12,6 +12,10 @@
 #include <string>
 #include <vector>
 
+#include "cddb/FreedbHost.h"
+#include "exec/EnglishTexts.h"
+#include "platform/Dialogs.h"
+
 namespace saltmarrow::test {
 
 // A server on the loopback that answers from a transcript: each line it gets
@@ -40,9 +44,6 @@ public:
         });
     }
     std::string address() const { return "127.0.0.1:" + std::to_string(server_.serverPort()); }
-    bool got(const std::string &line) const {
-        return std::find(received.begin(), received.end(), line) != received.end();
-    }
 
 private:
     static void send(QTcpSocket *client, const std::vector<std::string> &chunks) {
@@ -57,6 +58,17 @@ private:
     }
     QTcpServer server_;
 };
+
+// The host of a dialog that is answered by dialogs, in English, and keeps its
+// settings in settings.
+inline FreedbHost scriptedHost(platform::ScriptedDialogs &dialogs, FreedbSettings &settings) {
+    FreedbHost host;
+    host.dialogs = &dialogs;
+    host.message = [](std::string_view key) { return englishText(key); };
+    host.loadSettings = [&settings] { return settings; };
+    host.saveSettings = [&settings](const FreedbSettings &s) { settings = s; };
+    return host;
+}
 
 inline std::string httpOk(const std::string &body) {
     return "HTTP/1.1 200 OK\r\nContent-Type: text/plain\r\nContent-Length: " + std::to_string(body.size()) +

@@ -38,27 +38,20 @@ TEST(CddbSession, ReplyTable) {
     struct Case {
         bool reading;
         std::string reply;
-        std::vector<std::string> sent;
-        std::vector<std::string> rows;
+        std::vector<std::string> sent, rows;
     };
-    const std::string q = "quit\r\n";
+    const std::string q = "quit\r\n",
+                      exact = "210 Found exact matches, list follows (until terminating `.')\r\n";
     const Case cases[] = {
-        {false,
-         "201 srv CDDBP server v1.5.2PL0 ready\r\n200 Hello and welcome me@here running saltmarrow 0.1.\r\n",
-         {kQuery + "\r\n"},
-         {}},
+        {false, "201 srv CDDBP server ready\r\n200 Hello and welcome me@here\r\n", {kQuery + "\r\n"}, {}},
         {true, "200 hello AND welcome x@y\r\n", {"cddb read rock 0d01a402\r\n"}, {}},
         {false, "200 rock 0d01a402 Artist / Title\r\n", {q}, {"0d01a402|rock|Artist / Title"}},
         {false, "200 rock 0d01a402 Title\r\n", {}, {}},  // an exact match is known by its "/"
         {false,
-         kList + "rock 0d01a402 Mot\xc3\xb6rhead / Ace\r\njazz 0d01a403 C / D\r\n.\r\n",
+         kList + "rock 7 M\xc3\xb6 / A\r\njazz 8 C / D\r\n.\r\n",
          {q},
-         {"0d01a402|rock|Mot\xc3\xb6rhead / Ace", "0d01a403|jazz|C / D"}},
-        {false,
-         "210 Found exact matches, list follows (until terminating `.')\r\nrock 1 A / B\r\nblues 2 "
-         "C\r\n.\r\n",
-         {q},
-         {"1|rock|A / B", "2|blues|C"}},
+         {"7|rock|M\xc3\xb6 / A", "8|jazz|C / D"}},
+        {false, exact + "rock 1 A / B\r\nblues 2 C\r\n.\r\n", {q}, {"1|rock|A / B", "2|blues|C"}},
         {true, kList + "rock 1 A / B\r\n.\r\n", {}, {}},
         {false, "202 No match for disc ID 0d01a402.\r\n", {q}, {"||NO MATCH FOUND!!!"}},
         {false, "401 No such CD entry in database.\r\n", {q}, {"||NO MATCH FOUND!!!"}},
@@ -99,9 +92,9 @@ TEST(CddbSession, EntryNamesSplitQuestionAndLengths) {
     FreedbState s;
     s.cddbReading = true;
     const std::string head =
-        "210 rock 0d01a402 CD database entry follows (until terminating `.')\r\n# xmcd\r\n#\r\n"
-        "# Track frame offsets:\r\n#\t150\r\n#       13650\r\n#\r\n# Disc length: 422 seconds\r\n#\r\n"
-        "DISCID=0d01a402\r\nDTITLE=Mot\xf6rhead / Ace of Spades\r\n";
+        "210 rock 0d01a402 CD database entry follows (until terminating `.')\r\n# Track frame offsets:\r\n"
+        "#\t150\r\n#       13650\r\n#\r\n# Disc length: 422 seconds\r\nDTITLE=Mot\xf6rhead / Ace of "
+        "Spades\r\n";
     auto [sent, split] = feed(s, head + "TTITLE0=Lemmy / Ace \r\nTTITLE1= Eddie/Love Me\r\n.\r\n", false);
     EXPECT_EQ(sent, (std::vector<std::string>{"quit\r\n", "quit\r\n", "?"}));
     EXPECT_EQ(split.listTracks, (std::vector<std::string>{"Lemmy / Ace ", " Eddie/Love Me"}));
@@ -109,9 +102,6 @@ TEST(CddbSession, EntryNamesSplitQuestionAndLengths) {
     EXPECT_EQ(entryTrackLengths(split.cddbEntry), (std::vector<std::string>{"03:00:00", "52:33:00"}));
     const ResultTable names{{"Ace of Spades", "Mot\xc3\xb6rhead"}, {"Ace", "Lemmy"}, {"Love Me", "Eddie"}};
     EXPECT_EQ(tracklist(split), names);
-    split.cddbSplit = false;  // the user said no
-    EXPECT_EQ(tracklist(split)[2],
-              (std::pair<std::string, std::string>{"Eddie/Love Me", "Mot\xc3\xb6rhead"}));
 
     std::string many =
         "210 misc 1 CD database entry follows (until terminating `.')\r\nDTITLE=Whole Name\r\n";
@@ -119,10 +109,9 @@ TEST(CddbSession, EntryNamesSplitQuestionAndLengths) {
     auto [quits, whole] = feed(s, many + "TTITLE100=No Slash\r\n.\r\n", true);
     EXPECT_EQ(quits.size(), 101u);
     EXPECT_FALSE(whole.cddbSplit);
-    EXPECT_EQ(
-        tracklist(whole, 3),
-        (ResultTable{
-            {"", "Whole Name"}, {"A / B", "Whole Name"}, {"A / B", "Whole Name"}, {"A / B", "Whole Name"}}));
+    ResultTable three(4, {"A / B", "Whole Name"});
+    three[0].first = "";
+    EXPECT_EQ(tracklist(whole, 3), three);
 }
 
 TEST(CddbSession, SitesReplaceTheServerList) {
@@ -130,12 +119,12 @@ TEST(CddbSession, SitesReplaceTheServerList) {
     s.cddbSites = true;
     s.listServers = serverEntries("b.org| a.org |");
     s.selectedServer = 1;
-    const auto [sent, after] = feed(
-        s,
-        "200 Hello and welcome x@y running saltmarrow 0.1.\r\n"
-        "210 OK, site information follows (until terminating `.')\r\nx.org cddbp 8880 N000.00 W000.00 X\r\n"
-        "x.org http 80 /~cddb/cddb.cgi N000.00 W000.00 X\r\na.org cddbp 8880 - A\r\n.\r\n",
-        false);
+    const auto [sent, after] =
+        feed(s,
+             "200 Hello and welcome x@y running saltmarrow 0.1.\r\n"
+             "210 OK, site information follows (until terminating `.')\r\nx.org cddbp 8880 N0 W0 X\r\n"
+             "x.org http 80 /~cddb/cddb.cgi N0 W0 X\r\na.org cddbp 8880 - A\r\n.\r\n",
+             false);
     EXPECT_EQ(sent, (std::vector<std::string>{"sites\r\n"}));
     EXPECT_EQ(after.listServers, (std::vector<std::string>{"x.org", "a.org"}));
     EXPECT_EQ(after.strServerList, "x.org|a.org|");
