@@ -84,7 +84,6 @@ TEST(CddbSession, FloodsEndTheSession) {
         Reaction r;
         for (int i = 0; i < 50000 && !r.overflow; ++i) r = dataArrival(s, flood);
         EXPECT_TRUE(r.overflow);
-        EXPECT_LT(s.listAlbums.size(), 40000u);
     }
 }
 

@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
-#include <QListWidget>
 #include <QProcess>
 #include <QPushButton>
 #include <QTimer>
@@ -38,9 +37,9 @@ TEST(QueryFreedb, ThreeWavesGetTheirNames) {
          {"211 Found inexact matches, list follows (until terminating `.')\r\nrock 0a000702 Some",
           "one / Else\r\n", "jazz 0a000703 Mot\xf6rhead / Ace of Spades\r\n.\r\n"}},
         {"cddb read jazz 0a000703",
-         {"210 jazz 0a000703 CD database entry follows (until terminating `.')\r\nDTITLE=Mot\xf6rhead / "
-          "Ace\r\n",
-          "TTITLE0=Lemmy / Ace\r\nTTITLE1=Phil / Go\r\nTTITLE2=Eddie / Run\r\n.\r\n"}},
+         {"210 jazz 0a000703 CD database entry follows (until terminating `.')\r\n",
+          "DTITLE=Mot\xf6rhead / Ace\r\nTTITLE0=Lemmy / Ace\r\nTTITLE1=Phil / Go\r\nTTITLE2=Eddie / "
+          "Run\r\n.\r\n"}},
         {"quit", {"230 test Closing connection.  Goodbye.\r\n", "<close>"}}};
     platform::ScriptedDialogs dialogs;
     dialogs.answer(platform::mb::Yes);  // split into artist and title

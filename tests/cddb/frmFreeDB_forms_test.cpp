@@ -2,7 +2,6 @@
 // the CGI of a server written as a URL, and the search by words.
 #include <gtest/gtest.h>
 
-#include <QComboBox>
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
@@ -15,8 +14,6 @@ using namespace saltmarrow;
 using test::httpOk;
 
 namespace {
-
-const std::vector<long> kDisc{2000, 180000, 240000};
 
 struct FreeDB : ::testing::Test {
     test::TranscriptServer server;
@@ -66,10 +63,9 @@ TEST_F(FreeDB, EveryEndOfASessionGivesTheControlsBack) {
         server.greeting = c.greeting;
         server.replies = {{"cddb hello", c.hello}};
         settings.strServerList = c.server + "|";
-        open(kDisc);
+        open({2000, 180000, 240000});
         if (std::string(c.word) == "User Quit.") {
-            ASSERT_TRUE(test::waitFor(
-                [this] { return word() == "Connected!" || word().rfind("Recieving", 0) == 0; }));
+            ASSERT_TRUE(test::waitFor([this] { return word() == "Connected!"; }));
             EXPECT_FALSE(form->cmdGetTracks->isEnabled());
             form->cmdQuit->click();
         }
@@ -92,7 +88,7 @@ TEST_F(FreeDB, ServerWrittenAsAUrlIsAskedThroughItsCgi) {
          {httpOk("210 OK, site information follows (until terminating `.')\r\nx.org cddbp 8880 N0 W0 X\r\n"
                  "x.org http 80 /~cddb/cddb.cgi N000.00 W000.00 X\r\n.\r\n")}}};
     settings.strServerList = "http://" + server.address() + cgi + "|";
-    open(kDisc);
+    open({2000, 180000, 240000});
     waitEnd();
     EXPECT_EQ(server.received.at(0),
               "GET " + cgi + "?cmd=cddb+query+0d01a402+2+150+13650+422&hello=me+example.org+saltmarrow+" +
