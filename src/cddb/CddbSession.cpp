@@ -208,24 +208,24 @@ std::vector<std::string> serverEntries(std::string_view strServerList) {
     return entries;
 }
 
-Endpoint serverEndpoint(std::string_view entry) {
-    Endpoint e;
-    const std::string text = vb::Trim(entry);
-    if (vb::InStr(text, "http://", Compare::Text) == 1 || vb::InStr(text, "https://", Compare::Text) == 1) {
-        e.http = true;
-        e.url = text;
+Endpoint hostAndPort(std::string_view text, int port) {
+    Endpoint e{false, vb::Trim(text), port, ""};
+    const std::size_t colon = e.host.rfind(':');
+    if (colon == std::string::npos || e.host.find(':') != colon || colon + 1 == e.host.size() ||
+        !std::all_of(e.host.begin() + long(colon) + 1, e.host.end(),
+                     [](char c) { return c >= '0' && c <= '9'; }))
         return e;
-    }
-    e.host = text;
-    const std::size_t colon = text.rfind(':');
-    if (colon != std::string::npos && text.find(':') == colon && colon + 1 < text.size() &&
-        std::all_of(text.begin() + long(colon) + 1, text.end(),
-                    [](char c) { return c >= '0' && c <= '9'; })) {
-        const double port = vb::Val(text.substr(colon + 1));
-        e.host = text.substr(0, colon);
-        if (port >= 1 && port <= 65535) e.port = static_cast<int>(port);
-    }
+    const double given = vb::Val(e.host.substr(colon + 1));
+    if (given >= 1 && given <= 65535) e.port = static_cast<int>(given);
+    e.host.erase(colon);
     return e;
+}
+
+Endpoint serverEndpoint(std::string_view entry) {
+    const std::string text = vb::Trim(entry);
+    if (vb::InStr(text, "http://", Compare::Text) == 1 || vb::InStr(text, "https://", Compare::Text) == 1)
+        return Endpoint{true, "", 0, text};
+    return hostAndPort(text, kCddbPort);
 }
 
 std::string cgiUrl(std::string_view base, std::string_view command, std::string_view helloWords) {

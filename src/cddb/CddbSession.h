@@ -93,6 +93,8 @@ struct Endpoint {
     std::string url;
 };
 Endpoint serverEndpoint(std::string_view entry);
+// "host" or "host:port"; port where the text names none.
+Endpoint hostAndPort(std::string_view text, int port);
 // The CGI request of one command: "?cmd=...&hello=...&proto=6", blanks as "+".
 std::string cgiUrl(std::string_view base, std::string_view command, std::string_view helloWords);
 

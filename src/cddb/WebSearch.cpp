@@ -14,17 +14,11 @@ std::string searchSite(std::string_view setting) {
     return site.empty() ? std::string(kDefaultSearchSite) : site;
 }
 
-SiteAddress siteAddress(std::string_view site) {
-    std::string rest(site);
-    if (const std::size_t scheme = rest.find("://"); scheme != std::string::npos) rest.erase(0, scheme + 3);
-    rest = rest.substr(0, rest.find('/'));
-    SiteAddress a{rest, 80};
-    if (const std::size_t colon = rest.rfind(':'); colon != std::string::npos && rest.find(':') == colon) {
-        a.host = rest.substr(0, colon);
-        const double port = vb::Val(rest.substr(colon + 1));
-        if (port >= 1 && port <= 65535) a.port = static_cast<int>(port);
-    }
-    return a;
+Endpoint siteAddress(std::string_view site) {
+    std::string_view rest = site;
+    if (const std::size_t scheme = rest.find("://"); scheme != std::string_view::npos)
+        rest.remove_prefix(scheme + 3);
+    return hostAndPort(rest.substr(0, rest.find('/')), 80);
 }
 
 std::string webSearchUrl(std::string_view site, std::string_view words) {

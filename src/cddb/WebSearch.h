@@ -8,6 +8,7 @@
 namespace saltmarrow::cddb {
 
 struct AlbumRow;
+struct Endpoint;
 
 // The disc database's web site, for a search by words, when the settings
 // name none. The public site may no longer serve the search page.
@@ -17,11 +18,7 @@ inline constexpr std::string_view kDefaultSearchSite = "http://www.gnudb.org";
 // host (and port), without a trailing "/"; the default when empty.
 std::string searchSite(std::string_view setting);
 // Host and port to connect to; the port is 80 unless the site names one.
-struct SiteAddress {
-    std::string host;
-    int port = 80;
-};
-SiteAddress siteAddress(std::string_view site);
+Endpoint siteAddress(std::string_view site);
 
 // The search URL: the words with "+" for each blank, nothing else escaped.
 std::string webSearchUrl(std::string_view site, std::string_view words);

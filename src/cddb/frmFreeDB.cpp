@@ -147,6 +147,7 @@ frmFreeDB::frmFreeDB(FreedbHost host, QWidget *owner) : QDialog(owner), host_(st
     if (host_.applyLanguage) host_.applyLanguage(this);
     designGetTracks_ = cmdGetTracks->text();
     designQuit_ = cmdQuit->text();
+    enableControls(true);
     showServers();
     showLists();
 }
@@ -189,6 +190,8 @@ void frmFreeDB::showEvent(QShowEvent *event) {
 void frmFreeDB::enableControls(bool enable) {
     for (QWidget *w : findChildren<QWidget *>())
         if (w->property("tag").toString() == QLatin1String("tagged")) w->setEnabled(enable);
+    // Names can be taken once an entry is in.
+    cmdTracklist->setEnabled(enable && state.entryRead);
     quitCaption_ = !enable;
     cmdQuit->setText(enable ? designQuit_ : q(host_.text("msgFreedbQuit")));
 }
@@ -306,11 +309,7 @@ void frmFreeDB::startSession(Session kind) {
     const cddb::Endpoint server = cddb::serverEndpoint(listServers->currentText().toStdString());
     overHttp_ = server.http;
     if (!server.http) return Winsock1->Connect(server.host, server.port);
-    const std::string hello =
-        cddb::helloWords(settings_.strFreedbEmail, Winsock1->LocalHostName(), Winsock1->LocalIP());
-    txtEmail->setText(q(settings_.strFreedbEmail));
-    storeSettings();
-    Winsock1->Get(cddb::cgiUrl(server.url, cddb::sessionCommand(state), hello));
+    Winsock1->Get(cddb::cgiUrl(server.url, cddb::sessionCommand(state), helloWords()));
 }
 
 void frmFreeDB::Winsock1_Connect() {
@@ -319,12 +318,18 @@ void frmFreeDB::Winsock1_Connect() {
     if (session_ == Session::Web) {
         Winsock1->SendData(cddb::webRequest(webUrl_, cddb::searchSite(settings_.strSearchSite)));
     } else if (!overHttp_) {
-        const std::string hello =
-            cddb::helloWords(settings_.strFreedbEmail, Winsock1->LocalHostName(), Winsock1->LocalIP());
-        txtEmail->setText(q(settings_.strFreedbEmail));
-        storeSettings();
-        Winsock1->SendData(cddb::greeting(hello));
+        Winsock1->SendData(cddb::greeting(helloWords()));
     }
+}
+
+// An empty address becomes the placeholder of the machine's own name, which
+// the user then sees in the field.
+std::string frmFreeDB::helloWords() {
+    const std::string words =
+        cddb::helloWords(settings_.strFreedbEmail, Winsock1->LocalHostName(), Winsock1->LocalIP());
+    txtEmail->setText(q(settings_.strFreedbEmail));
+    storeSettings();
+    return words;
 }
 
 void frmFreeDB::Winsock1_DataArrival(const QByteArray &bytes) {

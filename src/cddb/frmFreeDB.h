@@ -71,9 +71,11 @@ public:
     QLabel *sbPanel[3];
     CddbSocket *Winsock1;
 
+    // Escape and the close box: Quit, then the dialog closes.
+    void reject() override;
+
 protected:
     void showEvent(QShowEvent *event) override;
-    void reject() override;
 
 private:
     enum class Session { None, Query, Read, Sites, Web };
@@ -85,6 +87,7 @@ private:
     void apply(const cddb::Reaction &r);
     void endSession(const char *word);
     void askSplit();
+    std::string helloWords();
     void showLists();
     void showServers();
     void rememberServer();

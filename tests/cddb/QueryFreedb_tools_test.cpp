@@ -46,15 +46,16 @@ TEST(QueryFreedb, ThreeWavesGetTheirNames) {
     FreedbSettings settings{server.address() + "|", 0, "me@example.org", ""};
     QTimer::singleShot(0, [&] {
         frmFreeDB *form = nullptr;
-        ASSERT_TRUE(test::waitFor([&] {
+        EXPECT_TRUE(test::waitFor([&] {
             form = qobject_cast<frmFreeDB *>(QApplication::activeModalWidget());
             return form && form->listAlbums->topLevelItemCount() == 2 && form->cmdGetTracks->isEnabled();
         }));
         form->listAlbums->setCurrentItem(form->listAlbums->topLevelItem(1));
         form->cmdGetTracks->click();
-        ASSERT_TRUE(
+        EXPECT_TRUE(
             test::waitFor([&] { return dialogs.prompts.size() == 1 && form->cmdTracklist->isEnabled(); }));
         form->cmdTracklist->click();
+        if (form->isVisible()) form->reject();  // a walk gone wrong must not leave the dialog open
     });
     const auto names = QueryFreedb(test::scriptedHost(dialogs, settings), cddb::discLengths(rows));
     ASSERT_TRUE(names);
