@@ -74,10 +74,10 @@ inline std::string httpOk(const std::string &body) {
            "\r\n\r\n" + body;
 }
 
-// Lets events run until done() holds, for at most a minute; what it returns
+// Lets events run until done() holds, for at most half a minute; what it returns
 // is done() at the end.
 inline bool waitFor(const std::function<bool()> &done) {
-    QDeadlineTimer limit(60000);
+    QDeadlineTimer limit(30000);
     while (!done() && !limit.hasExpired()) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 20);
     return done();
 }
