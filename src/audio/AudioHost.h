@@ -55,8 +55,6 @@ struct AudioHost {
     std::function<void(const std::string &path)> openDocument;  // the desktop's handler
     // Runs one event handler of the form under the error report.
     std::function<void(const char *procedure, const std::function<void()> &handler)> guard;
-    // Play lists and sheets ("CUE", "TOC", "M3U", "PLS", "BPL") into the project.
-    std::function<void(const std::string &kind, const std::string &path)> importList;
     std::function<bool()> tooltipsShown;  // the main form's mnuMouseOver
 
     // The text of key. A few texts the table does not know yet fall back to
