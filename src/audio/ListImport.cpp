@@ -62,27 +62,14 @@ std::string twoDigits(std::size_t n) {
     return text;
 }
 
-std::string framesText(long frames) {
-    char text[40];
-    std::snprintf(text, sizeof text, "%02ld:%02ld:%02ld", frames / 75 / 60, frames / 75 % 60, frames % 75);
-    return text;
-}
-
-bool digitsOnly(std::string_view text) {
-    return !text.empty() && std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
-}
-
 // A time as sheets write it, "mm:ss:ff", or a count of samples; empty for
 // anything else ("99:99:99", "ab:cd:ef"), which counts as not given.
 std::string sheetTime(std::string_view text) {
     const std::string t = trimLine(text);
-    if (digitsOnly(t) && t.size() <= 12) return framesText(std::stol(t) / kSamplesPerFrame);
-    const auto parts = vb::Split(t, ":");
-    if (parts.size() != 3 || parts[0].size() > 4 || parts[1].size() > 2 || parts[2].size() > 2) return {};
-    if (!digitsOnly(parts[0]) || !digitsOnly(parts[1]) || !digitsOnly(parts[2])) return {};
-    const long m = std::stol(parts[0]), s = std::stol(parts[1]), f = std::stol(parts[2]);
-    if (s >= 60 || f >= 75) return {};
-    return framesText((m * 60 + s) * 75 + f);
+    if (!t.empty() && t.size() <= 12 && t.find_first_not_of("0123456789") == std::string::npos)
+        return timeOfFrames(std::stoll(t) / kSamplesPerFrame);
+    const std::optional<std::int64_t> frames = framesOfTime(t);
+    return frames ? timeOfFrames(*frames) : std::string();
 }
 
 // What follows keyword in line (both as found outside quotes), trimmed.

@@ -1,5 +1,6 @@
 #include "audio/ListText.h"
 
+#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <vector>
@@ -115,6 +116,26 @@ bool readListLines(const std::string &path, const std::function<void(const std::
     }
     if (!current.empty() || tooLong) emit();
     return true;
+}
+
+std::optional<std::int64_t> framesOfTime(std::string_view text) {
+    const auto parts = vb::Split(vb::Trim(text), ":");
+    if (parts.size() != 3 || parts[0].size() > 4 || parts[1].size() > 2 || parts[2].size() > 2) return std::nullopt;
+    std::int64_t fields[3] = {};
+    for (int i = 0; i < 3; ++i) {
+        const std::string &p = parts[static_cast<std::size_t>(i)];
+        if (p.empty() || p.find_first_not_of("0123456789") != std::string::npos) return std::nullopt;
+        fields[i] = std::stoll(p);
+    }
+    if (fields[1] >= 60 || fields[2] >= 75) return std::nullopt;
+    return (fields[0] * 60 + fields[1]) * 75 + fields[2];
+}
+
+std::string timeOfFrames(std::int64_t frames) {
+    char text[48];
+    std::snprintf(text, sizeof text, "%02lld:%02lld:%02lld", static_cast<long long>(frames / 75 / 60),
+                  static_cast<long long>(frames / 75 % 60), static_cast<long long>(frames % 75));
+    return text;
 }
 
 std::string longPathName(const std::string &path) {

@@ -1,10 +1,12 @@
 #ifndef SALTMARROW_AUDIO_LISTTEXT_H
 #define SALTMARROW_AUDIO_LISTTEXT_H
 
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace saltmarrow {
 
@@ -13,6 +15,11 @@ namespace saltmarrow {
 // any other as Latin-1; a byte order mark is never part of the first line.
 // False when path is not a regular file that can be read.
 bool readListLines(const std::string &path, const std::function<void(const std::string &line)> &line);
+
+// A time "mm:ss:ff" in frames of 1/75 second, exact, or nothing when the text
+// is not one (seconds from 0 to 59, frames from 0 to 74, blanks around allowed).
+std::optional<std::int64_t> framesOfTime(std::string_view text);
+std::string timeOfFrames(std::int64_t frames);
 
 // The absolute, normalised path of an existing file or folder, links left as
 // they are (a row keeps the name the user gave); empty when it is missing.
