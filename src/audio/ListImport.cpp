@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <cctype>
-#include <set>
 #include <cstdio>
 #include <filesystem>
+#include <set>
 
 #include "audio/ListText.h"
 #include "audio/mdlMediaInfo.h"
@@ -113,13 +113,18 @@ class SheetImport {
 public:
     SheetImport(AudioProject &project, const std::string &path, const AddOptions &options,
                 const AudioHost &host, std::string_view question)
-        : project(project), options(options), host(host), paths(path), first(project.count()),
+        : project(project),
+          options(options),
+          host(host),
+          paths(path),
+          first(project.count()),
           question_(question) {}
 
     // Asked once per import, at the first line that has CD-Text.
     void askCDText() {
         if (answer_.empty())
-            answer_ = host.msgBox(host.text(question_), mb::YesNo | mb::Question) == mb::Yes ? "True" : "False";
+            answer_ =
+                host.msgBox(host.text(question_), mb::YesNo | mb::Question) == mb::Yes ? "True" : "False";
     }
     bool cdText() const { return answer_ == "True"; }
 
@@ -211,7 +216,8 @@ void importTrackList(AudioProject &project, const std::string &path, const AddOp
     std::error_code ec;
     std::string self = fs::weakly_canonical(path, ec).string();
     if (ec) self = path;
-    if (std::find(project.listsOpen.begin(), project.listsOpen.end(), self) != project.listsOpen.end()) return;
+    if (std::find(project.listsOpen.begin(), project.listsOpen.end(), self) != project.listsOpen.end())
+        return;
     project.listsOpen.push_back(self);
     struct Close {
         std::vector<std::string> &open;
@@ -337,7 +343,7 @@ void importTOCFile(AudioProject &project, const std::string &path, const AddOpti
     SheetImport s(project, path, options, host, "msgTOCImportCDText");
     Block b;
     std::string file, lastFile, previousFile;  // of the block; of the last and the one before it
-    int cdTextDepth = 0;                         // inside the braces of a CD_TEXT block
+    int cdTextDepth = 0;                       // inside the braces of a CD_TEXT block
 
     const auto endBlock = [&] {
         if (s.firstBlock) {

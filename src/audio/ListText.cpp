@@ -120,7 +120,8 @@ bool readListLines(const std::string &path, const std::function<void(const std::
 
 std::optional<std::int64_t> framesOfTime(std::string_view text) {
     const auto parts = vb::Split(vb::Trim(text), ":");
-    if (parts.size() != 3 || parts[0].size() > 4 || parts[1].size() > 2 || parts[2].size() > 2) return std::nullopt;
+    if (parts.size() != 3 || parts[0].size() > 4 || parts[1].size() > 2 || parts[2].size() > 2)
+        return std::nullopt;
     std::int64_t fields[3] = {};
     for (int i = 0; i < 3; ++i) {
         const std::string &p = parts[static_cast<std::size_t>(i)];
@@ -147,7 +148,7 @@ ListPaths::ListPaths(const std::string &listPath)
 
 std::optional<std::string> ListPaths::find(const std::string &named) {
     // A NUL would end the name early on its way to the system.
-    if (named.empty() || named.find('\0') != std::string::npos) return std::nullopt;
+    if (named.find('\0') != std::string::npos) return std::nullopt;
     const std::string asNamed = longPathName(discops::resolvePath(named, folder_));
     if (discops::isRegularFile(asNamed)) return asNamed;
 

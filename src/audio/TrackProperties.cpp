@@ -20,9 +20,8 @@ bool colonAt(std::size_t caret) {
 }  // namespace
 
 TrackFields loadTrack(const AudioObjects &t) {
-    return {t.Pause,          t.Start,     t.Finish == kNoTime ? std::string() : t.Finish,
-            t.Title,          t.Artist,    t.ISRC,
-            t.PregapType};
+    return {t.Pause, t.Start,     t.Finish == kNoTime ? std::string() : t.Finish, t.Title, t.Artist,
+            t.ISRC,  t.PregapType};
 }
 
 bool checkChanges(const TrackFields &f, const AudioObjects &t) {
@@ -95,7 +94,8 @@ void leaveTimeField(TrackFields &f, std::string TrackFields::*field, const Audio
 std::vector<std::string> statusPanels(const AudioObjects &t, std::size_t row, const AudioHost &host) {
     char size[48];
     std::snprintf(size, sizeof size, "%.2f MB", t.DataLength / 1048576.0);
-    return {host.text("msgStatusTrack") + " " + std::to_string(row + 1), t.FullPath, size, "Standard " + t.Length};
+    return {host.text("msgStatusTrack") + " " + std::to_string(row + 1), t.FullPath, size,
+            "Standard " + t.Length};
 }
 
 }  // namespace saltmarrow

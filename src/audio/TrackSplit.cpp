@@ -102,7 +102,8 @@ bool splitTrack(AudioProject &project, SplitSource source, bool useCDText, const
         names = std::move(entry->second);
     } else {
         if (!host.dialogs) return false;
-        const std::optional<std::string> typed = host.dialogs->inputBox(host.text("msgSplitTrackHelp"), "", "");
+        const std::optional<std::string> typed =
+            host.dialogs->inputBox(host.text("msgSplitTrackHelp"), "", "");
         if (!typed) return false;
         lengths = lengthsFromText(*typed);
     }

@@ -165,7 +165,8 @@ void frmTrackProperties::buildControls() {
     layout->addWidget(statusBar);
 
     const auto on = [this](QPushButton *b, const char *procedure, void (frmTrackProperties::*handler)()) {
-        connect(b, &QPushButton::clicked, this, [=, this] { run(procedure, [=, this] { (this->*handler)(); }); });
+        connect(b, &QPushButton::clicked, this,
+                [=, this] { run(procedure, [=, this] { (this->*handler)(); }); });
     };
     on(cmdNext, "cmdNext_Click", &frmTrackProperties::cmdNext_Click);
     on(cmdPrevious, "cmdPrevious_Click", &frmTrackProperties::cmdPrevious_Click);
@@ -184,8 +185,12 @@ void frmTrackProperties::run(const char *procedure, const std::function<void()> 
 }
 
 TrackFields frmTrackProperties::fields() const {
-    TrackFields f{s(txtPause->text()),       s(txtStartMS->text()),     s(txtFinishMS->text()),
-                  s(txtTrackTitle->text()),  s(txtTrackArtist->text()), s(txtTrackISRC->text()),
+    TrackFields f{s(txtPause->text()),
+                  s(txtStartMS->text()),
+                  s(txtFinishMS->text()),
+                  s(txtTrackTitle->text()),
+                  s(txtTrackArtist->text()),
+                  s(txtTrackISRC->text()),
                   {}};
     const QRadioButton *options[] = {optSilence, optPostgap, optPregap};
     for (std::size_t i = 0; i < std::size(options); ++i)
@@ -235,8 +240,7 @@ bool frmTrackProperties::checkChanges() const {
 
 void frmTrackProperties::move(bool next) {
     if (next ? row_ + 1 >= project_.count() : row_ == 0) return;
-    if (checkChanges() &&
-        host_.msgBox(host_.text("msgSaveChanges"), mb::YesNo | mb::Question) == mb::Yes)
+    if (checkChanges() && host_.msgBox(host_.text("msgSaveChanges"), mb::YesNo | mb::Question) == mb::Yes)
         saveTrack(project_, row_, fields(), albumFields());
     loadTrack(next ? row_ + 1 : row_ - 1);
 }
@@ -287,11 +291,12 @@ bool frmTrackProperties::eventFilter(QObject *watched, QEvent *event) {
     }
     if (event->type() != QEvent::KeyPress) return false;
     auto *key = static_cast<QKeyEvent *>(event);
-    const auto caret = static_cast<std::size_t>(edit->hasSelectedText() ? edit->selectionStart()
-                                                                        : edit->cursorPosition());
+    const auto caret =
+        static_cast<std::size_t>(edit->hasSelectedText() ? edit->selectionStart() : edit->cursorPosition());
     const std::size_t size = static_cast<std::size_t>(edit->text().size());
     if (key->key() == Qt::Key_Left || key->key() == Qt::Key_Right) {
-        edit->setCursorPosition(static_cast<int>(timeCaret(caret, key->key() == Qt::Key_Left ? -1 : 1, size)));
+        edit->setCursorPosition(
+            static_cast<int>(timeCaret(caret, key->key() == Qt::Key_Left ? -1 : 1, size)));
         return true;
     }
     if (key->key() == Qt::Key_Home) {
