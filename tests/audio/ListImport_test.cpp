@@ -33,11 +33,12 @@ struct Lists : ::testing::Test {
 
     void SetUp() override {
         std::filesystem::create_directory(dir.file("sub"));
-        writeWave(dir.file("a.wav"), 44100, 2, 10000);
-        writeWave(dir.file("b.wav"), 44100, 2, 8000);
-        writeWave(dir.file("c.wav"), 44100, 2, 6000);
-        writeWave(dir.file("sub/d.wav"), 44100, 2, 4000);
-        writeWave(dir.file("\xC3\xA4 b.wav"), 44100, 2, 2000);
+        for (const auto &[name, ms] : {std::pair("a.wav", 10000),
+                                       {"b.wav", 8000},
+                                       {"c.wav", 6000},
+                                       {"sub/d.wav", 4000},
+                                       {"\xC3\xA4 b.wav", 2000}})
+            writeWave(dir.file(name), 44100, 2, ms);
     }
     // The list added as the window adds it; each row as its file, start,
     // length, pause, type and CD-Text.

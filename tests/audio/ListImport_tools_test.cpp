@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <regex>
+#include <tuple>
 
 #include "AudioTestHost.h"
 #include "audio/ListImport.h"
@@ -49,21 +50,18 @@ TEST(ListImportTools, ACompiledTocComesBackAsTheWalksMakeIt) {
     TempDir dir;
     AudioTestHost h;
     AudioProject p;
-    const struct {
-        const char *file;
-        int ms;
-        const char *pause, *type, *title;
-    } tracks[] = {{"a.wav", 10000, "00:02:00", "PREGAP", "One"},
-                  {"b.wav", 8000, "00:02:00", "POST_TRACK", "Two"},
-                  {"c.wav", 6000, "00:01:00", "PRE_TRACK", "Three"},
-                  {"d.wav", 7000, "00:03:00", "PREGAP", "Four"},
-                  {"e.wav", 5000, "00:00:00", "PRE_TRACK", "Five"}};
-    for (const auto &t : tracks) {
-        writeWave(dir.file(t.file), 44100, 2, t.ms);
-        p.addTrack(dir.file(t.file), t.pause, "00:00:00", "", kWaves, h.host);
+    // clang-format off
+    const std::tuple<const char *, int, const char *, const char *, const char *> tracks[] = {
+        {"a.wav", 10000, "00:02:00", "PREGAP", "One"}, {"b.wav", 8000, "00:02:00", "POST_TRACK", "Two"},
+        {"c.wav", 6000, "00:01:00", "PRE_TRACK", "Three"}, {"d.wav", 7000, "00:03:00", "PREGAP", "Four"},
+        {"e.wav", 5000, "00:00:00", "PRE_TRACK", "Five"}};
+    // clang-format on
+    for (const auto &[file, ms, pause, type, title] : tracks) {
+        writeWave(dir.file(file), 44100, 2, ms);
+        p.addTrack(dir.file(file), pause, "00:00:00", "", kWaves, h.host);
         AudioObjects &r = p.track(p.count() - 1);
-        r.PregapType = t.type;
-        r.Title = t.title;
+        r.PregapType = type;
+        r.Title = title;
         r.Artist = "Band";
     }
     p.strAlbumTitle = "Album";

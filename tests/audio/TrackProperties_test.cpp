@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "AudioTestHost.h"
 #include "audio/TrackSplit.h"
 #include "support/TimeText.h"
@@ -27,40 +29,37 @@ AudioObjects record(int ms) {
 }  // namespace
 
 TEST(TrackProperties, TimeFieldsAsTypedAndLeft) {
-    const std::pair<std::string, std::string> whole[] = {{"0312", "03:12:00"},
-                                                         {"", "00:00:00"},
-                                                         {"1:2", "12:00:00"},
-                                                         {"12:34:56:78", "12:34:56"},
-                                                         {"1a", "-"}};
+    // clang-format off
+    const std::pair<std::string, std::string> whole[] = {
+        {"0312", "03:12:00"}, {"", "00:00:00"}, {"1:2", "12:00:00"}, {"12:34:56:78", "12:34:56"}, {"1a", "-"}};
+    // clang-format on
     for (const auto &[typed, made] : whole) EXPECT_EQ(checkTime(typed).value_or("-"), made) << typed;
 
-    const struct {
-        std::string text;
-        std::size_t caret;
-        char key;
-        std::string result;
-    } keys[] = {{"", 0, '1', "1|1"},       {"03", 2, '1', "03:1|4"},  {"03:12:00", 1, '4', "04:12:00|3"},
-                {"03:12:00", 3, '6', "-"}, {"03:12:00", 8, '1', "-"}, {"03:12:00", 0, 'x', "-"}};
-    for (const auto &k : keys) {
-        const auto edit = timeKey(k.text, k.caret, k.key);
-        EXPECT_EQ(edit ? edit->text + "|" + std::to_string(edit->caret) : "-", k.result) << k.text << k.key;
+    // clang-format off
+    const std::tuple<std::string, std::size_t, char, std::string> keys[] = {
+        {"", 0, '1', "1|1"}, {"03", 2, '1', "03:1|4"}, {"03:12:00", 1, '4', "04:12:00|3"},
+        {"03:12:00", 3, '6', "-"}, {"03:12:00", 8, '1', "-"}, {"03:12:00", 0, 'x', "-"}};
+    // clang-format on
+    for (const auto &[text, caret, key, result] : keys) {
+        const auto edit = timeKey(text, caret, key);
+        EXPECT_EQ(edit ? edit->text + "|" + std::to_string(edit->caret) : "-", result) << text << key;
     }
     EXPECT_EQ(timeCaret(3, -1, 8), 1u);
     EXPECT_EQ(timeCaret(1, 1, 8), 3u);
 
     const AudioObjects t = record(10000);
-    const struct {
-        std::string TrackFields::*left;
-        std::string start, finish, result;
-    } leaving[] = {{&TrackFields::txtFinishMS, "00:01:00", "0012", "00:01:00-00:10:00"},
-                   {&TrackFields::txtStartMS, "00:09", "00:05:00", "00:05:00-00:05:00"},
-                   {&TrackFields::txtFinishMS, "00:01:00", "x1", "00:01:00-00:10:00"}};
-    for (const auto &l : leaving) {
+    // clang-format off
+    const std::tuple<std::string TrackFields::*, std::string, std::string, std::string> leaving[] = {
+        {&TrackFields::txtFinishMS, "00:01:00", "0012", "00:01:00-00:10:00"},
+        {&TrackFields::txtStartMS, "00:09", "00:05:00", "00:05:00-00:05:00"},
+        {&TrackFields::txtFinishMS, "00:01:00", "x1", "00:01:00-00:10:00"}};
+    // clang-format on
+    for (const auto &[left, start, finish, result] : leaving) {
         TrackFields f = loadTrack(t);
-        f.txtStartMS = l.start;
-        f.txtFinishMS = l.finish;
-        leaveTimeField(f, l.left, t);
-        EXPECT_EQ(f.txtStartMS + "-" + f.txtFinishMS, l.result) << l.start << " " << l.finish;
+        f.txtStartMS = start;
+        f.txtFinishMS = finish;
+        leaveTimeField(f, left, t);
+        EXPECT_EQ(f.txtStartMS + "-" + f.txtFinishMS, result) << start << " " << finish;
     }
 }
 
@@ -69,7 +68,6 @@ TEST(TrackProperties, ChangesAreSeenAndSavedIntoTheTrackAndTheAlbum) {
     p.appendTrack(record(10000), "live");
     AudioObjects &t = p.track(0);
     TrackFields f = loadTrack(t);
-    EXPECT_FALSE(checkChanges(f, t));
     t.Finish = "00:00:00";
     EXPECT_EQ(loadTrack(t).txtFinishMS, "") << "an unknown end shows empty";
     EXPECT_FALSE(checkChanges(loadTrack(t), t));
