@@ -10,7 +10,7 @@
 #include <QRadioButton>
 #include <QStatusBar>
 #include <QVBoxLayout>
-#include <sstream>
+#include <cmath>
 
 #include "platform/Dialogs.h"
 
@@ -34,11 +34,9 @@ W *named(W *w, const char *name) {
     return w;
 }
 
-// The numbers of the stream as plain figures: 44100, not 44100.000000.
+// The numbers of the stream as whole figures: 26460000 samples, not 2.646e+07.
 std::string figure(double value) {
-    std::ostringstream out;
-    out << value;
-    return out.str();
+    return std::to_string(std::llround(value));
 }
 
 }  // namespace
@@ -238,7 +236,7 @@ bool frmTrackProperties::checkChanges() const {
     return saltmarrow::checkChanges(fields(), project_.track(row_));
 }
 
-void frmTrackProperties::move(bool next) {
+void frmTrackProperties::step(bool next) {
     if (next ? row_ + 1 >= project_.count() : row_ == 0) return;
     if (checkChanges() && host_.msgBox(host_.text("msgSaveChanges"), mb::YesNo | mb::Question) == mb::Yes)
         saveTrack(project_, row_, fields(), albumFields());
@@ -246,11 +244,11 @@ void frmTrackProperties::move(bool next) {
 }
 
 void frmTrackProperties::cmdNext_Click() {
-    move(true);
+    step(true);
 }
 
 void frmTrackProperties::cmdPrevious_Click() {
-    move(false);
+    step(false);
 }
 
 void frmTrackProperties::cmdOK_Click() {

@@ -50,7 +50,7 @@ private:
     TrackFields fields() const;
     AlbumFields albumFields() const;
     void showFields(const TrackFields &f);
-    void move(bool next);
+    void step(bool next);
     void run(const char *procedure, const std::function<void()> &handler);
 
     AudioProject &project_;
