@@ -21,9 +21,9 @@ namespace {
 
 const AddOptions kWaves{false, true, "*.wav"};
 
-// authored.toc of the project, and where cdrdao puts each track of it: the
-// first and the end block, as show-toc prints them.
-std::string compileAndPlace(AudioProject &p, AudioTestHost &h, const std::string &folder, std::string &toc) {
+// Compiles the project (h.loaded is its authored.toc) and tells where cdrdao
+// puts each track of it: the first and the end block, as show-toc prints them.
+std::string compileAndPlace(AudioProject &p, AudioTestHost &h, const std::string &folder) {
     RecordingView view;
     DOSOutputs objDOS2, cdrdao;
     AudioCompile compile(p, h.host, view, objDOS2);
@@ -32,8 +32,7 @@ std::string compileAndPlace(AudioProject &p, AudioTestHost &h, const std::string
     settings.mnuAutoWrite = true;
     p.updateTotals(h.host);
     compile.cmdCompile_Click(settings);
-    toc = h.loaded;
-    EXPECT_TRUE(cdrdao.ExecuteCommand("cdrdao show-toc " + platform::quoteArgument(toc)))
+    EXPECT_TRUE(cdrdao.ExecuteCommand("cdrdao show-toc " + platform::quoteArgument(h.loaded)))
         << cdrdao.totalOutput;
     static const std::regex place(R"(START +\d+:\d+:\d+\( *(\d+)\)\s+END +\d+:\d+:\d+\( *(\d+)\))");
     std::string places;
@@ -65,12 +64,11 @@ TEST(ListImportTools, ACompiledTocComesBackAsTheWalksMakeIt) {
         r.Artist = "Band";
     }
     p.strAlbumTitle = "Album";
-    std::string toc;
-    EXPECT_EQ(compileAndPlace(p, h, dir.file("temp"), toc), "150-750 900-1500 1575-1950 2175-2700 2700-3075");
+    EXPECT_EQ(compileAndPlace(p, h, dir.file("temp")), "150-750 900-1500 1575-1950 2175-2700 2700-3075");
 
     AudioProject back;
     h.dialogs.answer(mb::Yes);
-    importTOCFile(back, toc, kWaves, h.host);
+    importTOCFile(back, h.loaded, kWaves, h.host);
     std::vector<std::string> rows;
     for (std::size_t i = 0; i < back.count(); ++i) {
         const AudioObjects &t = back.track(i);
@@ -103,6 +101,5 @@ TEST(ListImportTools, TenMinutesSplitIntoThreeThreeAndTheRest) {
     ASSERT_TRUE(splitTrack(p, SplitSource::Typed, true, h.host));
     EXPECT_EQ(h.dialogs.prompts.back().text,
               "Enter track lengths as mm:ss:ff and separated with a space.  Erroneous data is ignored.");
-    std::string toc;
-    EXPECT_EQ(compileAndPlace(p, h, dir.file("temp"), toc), "0-13500 13500-27000 27000-45000");
+    EXPECT_EQ(compileAndPlace(p, h, dir.file("temp")), "0-13500 13500-27000 27000-45000");
 }

@@ -61,8 +61,7 @@ TEST(TrackPropertiesDialog, EditNextWithTheQuestionResetAndFill) {
     h.dialogs.answer(mb::Yes);
     dialog.cmdFill->click();
     EXPECT_EQ(p.track(0).Artist + p.track(2).Artist, "BandBand");
-    dialog.cmdNext->click();
-    dialog.cmdNext->click();
+    for (int i = 0; i < 2; ++i) dialog.cmdNext->click();
     EXPECT_EQ(dialog.row(), 2u) << "next stops at the last row";
 }
 
