@@ -1,7 +1,7 @@
 #include "devices/DeviceHost.h"
 
+#include "platform/CommandLine.h"
 #include "platform/DriveLayer.h"
-#include "support/mdlFunctions.h"
 
 namespace saltmarrow {
 
@@ -39,7 +39,7 @@ ToolRun DeviceHost::execute(const std::string &arguments) const {
 
 ToolRun DeviceHost::executeTool(const std::string &tool, const std::string &arguments) const {
     if (!run) return {};
-    return run(vb::quoteString(tool) + arguments);
+    return run(platform::quoteArgument(tool) + arguments);
 }
 
 }  // namespace saltmarrow

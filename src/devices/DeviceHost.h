@@ -60,7 +60,7 @@ struct DeviceHost {
     std::function<std::string()> logText;                     // frmLog.txtOutputs
     std::function<void(const std::string &text)> setLogText;
     std::function<void()> letEventsRun;
-    std::function<void(int ms)> sleepMs;
+    std::function<void(int ms)> sleepMs;  // asked only for a short slice: the window is frozen meanwhile
     // The start-up window, while it is on screen.
     std::function<bool()> splashVisible;
     std::function<void(const std::string &text)> splashStatus;

@@ -1,6 +1,7 @@
 #include "devices/Discovery.h"
 
 #include "devices/DriveQueries.h"
+#include "platform/CommandLine.h"
 #include "platform/Dialogs.h"
 #include "platform/DriveLayer.h"
 #include "support/RuntimeError.h"
@@ -112,7 +113,9 @@ void getDrivers(DeviceState &state, const DeviceHost &host) {
         DeviceInfo &device = state.devices.item(i);
         if (device.Driver.empty()) {
             const ToolRun run = host.execute(
-                " dt-lookup --device " + layer.cdrdaoDevice(deviceID(state, device), useSPTI(state), false));
+                " dt-lookup --device " +
+                platform::quoteArgument(layer.cdrdaoDevice(deviceID(state, device), useSPTI(state), false),
+                                        platform::Quoting::WhenNeeded));
             const DriverEntry entry = parseDriverLookup(run.output);
             device.Driver = entry.Driver;
             device.DriverOptions = entry.DriverOptions;

@@ -1,7 +1,10 @@
 #include "devices/DriveQueries.h"
 
+#include <algorithm>
+
 #include "devices/Discovery.h"
 #include "devices/KernelDriveInfo.h"
+#include "platform/CommandLine.h"
 #include "platform/Dialogs.h"
 #include "platform/DriveLayer.h"
 #include "support/RuntimeError.h"
@@ -42,13 +45,26 @@ long capacityBlocks(std::string_view output, std::string_view label) {
     return CLng(between(output, open, close));
 }
 
+// The pause before a drive is asked again: the window is pumped at least every
+// kPumpInterval milliseconds while it lasts, so it never freezes for longer.
+constexpr int kPumpInterval = 10;
+void pauseWithEvents(const DeviceHost &host, int ms) {
+    for (int left = ms; left > 0; left -= kPumpInterval) {
+        host.events();
+        if (host.sleepMs) host.sleepMs(std::min(left, kPumpInterval));
+    }
+    host.events();
+}
+
 // The drive query where the system tells the features and cdrdao only the
 // speeds: no retries, since no line is awaited.
 void updateKernelDriveInfo(DeviceState &state, const DeviceHost &host, DeviceInfo &device, bool skipNoMedia) {
     const platform::DriveLayer &layer = host.driveLayer();
     const std::string address = deviceID(state, device);
-    const ToolRun run = host.execute(" drive-info --device " + layer.cdrdaoDevice(address, false, false) +
-                                     " --driver " + device.Driver);
+    const ToolRun run = host.execute(
+        " drive-info --device " +
+        platform::quoteArgument(layer.cdrdaoDevice(address, false, false), platform::Quoting::WhenNeeded) +
+        " --driver " + device.Driver);
     const platform::DriveCapabilities caps =
         layer.capabilities(address).value_or(guessedCapabilities(run.output));
     const std::string media = queryMedium(host, device, address, caps);
@@ -121,14 +137,15 @@ void updateDriveInfo(DeviceState &state, const DeviceHost &host, short index, bo
         updateKernelDriveInfo(state, host, device, skipNoMedia);
     } else if (ask) {
         const platform::DriveLayer &layer = host.driveLayer();
-        const ToolRun run =
-            host.execute(" drive-info --device " +
-                         layer.cdrdaoDevice(deviceID(state, device), state.chkUseSPTI == 1, false) +
-                         " --driver " + device.Driver);
+        const ToolRun run = host.execute(
+            " drive-info --device " +
+            platform::quoteArgument(layer.cdrdaoDevice(deviceID(state, device), state.chkUseSPTI == 1, false),
+                                    platform::Quoting::WhenNeeded) +
+            " --driver " + device.Driver);
         const std::size_t at = InStr(run.output, "Inserted Media:");
         if (at == 0 && state.driveRetries < 3) {
             ++state.driveRetries;
-            if (host.sleepMs) host.sleepMs(250);
+            pauseWithEvents(host, 250);
             updateDriveInfo(state, host, index, skipNoMedia, force);
             host.setMode(previousMode);
             return;

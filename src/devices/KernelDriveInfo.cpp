@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "devices/DriveQueries.h"
+#include "platform/CommandLine.h"
 #include "support/mdlFunctions.h"
 
 namespace saltmarrow {
@@ -86,12 +87,17 @@ std::string queryMedium(const DeviceHost &host, const DeviceInfo &device, const 
     // The drive itself says when it is empty, and then no tool needs to wait for it.
     if (layer.discPresent(address) == false) return "n/a";
     if (caps.readsDVD && !host.mediaInfoTool.empty()) {
-        const std::string dvd = dvdMediumType(host.executeTool(host.mediaInfoTool, " " + address).output);
+        std::string argument = " ";
+        argument += platform::quoteArgument(address, platform::Quoting::WhenNeeded);
+        const std::string dvd = dvdMediumType(host.executeTool(host.mediaInfoTool, argument).output);
         if (!dvd.empty()) return dvd;
     }
     const std::string driver = device.Driver.empty() ? std::string() : " --driver " + device.Driver;
-    return cdMediumType(
-        host.execute(" disk-info --device " + layer.cdrdaoDevice(address, false, false) + driver).output);
+    return cdMediumType(host.execute(" disk-info --device " +
+                                     platform::quoteArgument(layer.cdrdaoDevice(address, false, false),
+                                                             platform::Quoting::WhenNeeded) +
+                                     driver)
+                            .output);
 }
 
 }  // namespace saltmarrow

@@ -17,7 +17,9 @@
 
 #include "devices/DeviceInfoText.h"
 #include "devices/Discovery.h"
+#include "platform/CommandLine.h"
 #include "platform/DriveLayer.h"
+#include "platform/EventWait.h"
 #include "support/mdlFunctions.h"
 
 namespace saltmarrow {
@@ -215,6 +217,7 @@ frmDeviceInfo::frmDeviceInfo(DeviceState &state, const DeviceHost &host, DeviceI
     layout->addLayout(buttons);
 
     objDOS.ReceiveOutputs = [this](const std::string &line) { objDOS_ReceiveOutputs(line); };
+    objDOS.waitForEvents = platform::waitForEvents;
     objDOS.pump = [this] {
         if (host_.letEventsRun)
             host_.letEventsRun();
@@ -257,7 +260,7 @@ void frmDeviceInfo::MediaInfo(int index) {
         bool useRaw = false;
         // The tools run in their own folder, as every other command does.
         const std::string folder = std::filesystem::path(host_.cdrdao).parent_path().string();
-        objDOS.ExecuteCommand(vb::quoteString(host_.cdrdao) + " disk-info" +
+        objDOS.ExecuteCommand(platform::quoteArgument(host_.cdrdao) + " disk-info" +
                                   writeDevice(panel, settings, writer, useRaw, false, false, layer),
                               256, 1, folder);
         output = objDOS.totalOutput;

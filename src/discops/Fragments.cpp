@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <optional>
 
+#include "platform/CommandLine.h"
 #include "platform/DriveLayer.h"
 #include "support/RuntimeError.h"
 #include "support/mdlFunctions.h"
@@ -13,6 +14,9 @@ namespace saltmarrow {
 using namespace vb;
 
 namespace {
+
+// Drive addresses stand bare on a command line unless they hold what would split them.
+constexpr auto kBare = platform::Quoting::WhenNeeded;
 
 bool ticked(int checkBox) {
     return checkBox == 1;
@@ -84,10 +88,10 @@ std::string writeDevice(const WritePanel &panel, const FragmentSettings &setting
         driver = raw ? "generic-mmc-raw" : "generic-mmc";
         options = "0";
     }
-    std::string fragment =
-        " --device " +
-        layer.cdrdaoDevice(layer.addressOf(panel.cmbWriterDevice), useSPTI(settings), lockDevice) +
-        " --driver " + driver;
+    const std::string device =
+        layer.cdrdaoDevice(layer.addressOf(panel.cmbWriterDevice), useSPTI(settings), lockDevice);
+    std::string fragment = " --device ";
+    fragment += platform::quoteArgument(device, kBare) + " --driver " + driver;
     // The bit switches buffer protection off, so an unticked box sets it.
     if (!ticked(panel.chkBurnProof)) options = hexOr({options, "00000040"});
     // Only a driver name ending in "generic-mmc" takes the CD-Text bit; the raw driver does not.
@@ -105,7 +109,8 @@ std::string readDevice(const ReadPanel &panel, const FragmentSettings &settings,
         options = reader.DriverOptions;
     }
     std::string fragment = asSource ? " --source-device " : " --device ";
-    fragment += layer.cdrdaoDevice(layer.addressOf(panel.cmbReaderDevice), useSPTI(settings), lockDevice);
+    fragment += platform::quoteArgument(
+        layer.cdrdaoDevice(layer.addressOf(panel.cmbReaderDevice), useSPTI(settings), lockDevice), kBare);
     fragment += asSource ? " --source-driver " : " --driver ";
     fragment += driver;
     if (!ticked(panel.chkReadCDText)) options = hexOr({options, "00200000"});
@@ -144,7 +149,9 @@ std::string writeDVDCommand(const WritePanel &panel, const FragmentSettings &set
     if (ticked(panel.chkMultiSession) && isDataDisc) useRaw = false;
     const std::string address =
         settings.UseProDVD ? writer.ASPIDeviceID : layer.addressOf(panel.cmbWriterDevice);
-    std::string command = " dev=" + layer.dvdDevice(address, useSPTI(settings), plainAddress);
+    const std::string device = layer.dvdDevice(address, useSPTI(settings), plainAddress);
+    std::string command = " ";
+    command += platform::quoteArgument("dev=" + device, kBare);
     command += ticked(panel.chkBurnProof) ? " driveropts=burnfree" : " driveropts=noburnfree";
     command += " -v";
     if (ticked(panel.chkSimulate)) command += " -dummy";

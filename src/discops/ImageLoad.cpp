@@ -63,9 +63,10 @@ ParseCommandResult parseCommand(ImageSlot &slot, const ParseCommandInput &input,
 
     if (!slot.startCommand.empty() && Left(slot.startCommand, 1) != "-")
         slot.startCommand = "-i " + slot.startCommand;
-    std::string path =
-        vb::Replace(vb::Mid(slot.startCommand, vb::InStr(slot.startCommand, "-") + 3), "\"", "");
-    path = vb::Trim(path);
+    // Quotes are characters of a name here: only a pair around the whole path
+    // is taken off, as a user types it. No image name ends in a quote.
+    std::string path = vb::Trim(vb::Mid(slot.startCommand, vb::InStr(slot.startCommand, "-") + 3));
+    if (path.size() >= 2 && path.front() == '"' && path.back() == '"') path = path.substr(1, path.size() - 2);
     if (!slot.startCommand.empty() && namesImage(slot.startCommand)) slot.strFilename = imageFileOf(path);
     slot.lastFolder = parentFolder(slot.strFilename);
 

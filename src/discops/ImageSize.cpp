@@ -5,6 +5,7 @@
 
 #include "discops/SheetCheck.h"
 #include "discops/SheetFile.h"
+#include "platform/CommandLine.h"
 #include "support/mdlFunctions.h"
 
 namespace saltmarrow::discops {
@@ -105,7 +106,8 @@ std::string tocInfoFromOutput(std::string_view output, std::int16_t &imageBlockS
 
 std::string tocInfo(const std::string &path, std::int16_t &imageBlockSize, const ImageContext &ctx) {
     if (!ctx.run) return "0";
-    CommandResult r = ctx.run("\"" + ctx.cdrdaoPath() + "\" toc-info \"" + path + "\"");
+    CommandResult r =
+        ctx.run(platform::quoteArgument(ctx.cdrdaoPath()) + " toc-info " + platform::quoteArgument(path));
     return tocInfoFromOutput(r.ok ? r.output : std::string(), imageBlockSize);
 }
 

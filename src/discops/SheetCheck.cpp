@@ -171,6 +171,7 @@ void checkTocSheet(const CheckImageInput &input, const std::string &sheet, Check
         rebuilt += kCrLf;
     }
     result.workingFolder = input.appDir + "/external";
+    if (reader.hadByteOrderMark()) result.report += std::string(kCrLf) + msg("msgSheetByteOrderMark");
     if (doubleQuotes) result.report += std::string(kCrLf) + msg("msgTocDoubleQuotes");
     if (incorrect) result.report += std::string(kCrLf) + msg("msgTocIncorrectDat");
     offerFix(result, sheet, rebuilt, msg("msgTocError"), msg("msgTocFix"), dialogs);
@@ -226,6 +227,7 @@ void checkCueSheet(const std::string &sheet, CheckImageResult &result, platform:
         rebuilt += kCrLf;
     }
     result.workingFolder = sheetFolder;
+    if (reader.hadByteOrderMark()) result.report += std::string(kCrLf) + msg("msgSheetByteOrderMark");
     if (doubleQuotes) result.report += std::string(kCrLf) + msg("msgCueDoubleQuotes");
     if (seenFile && !sameFile(resolvePath(name, sheetFolder), candidate))
         result.report += std::string(kCrLf) + msg("msgCueIncorrectBin");

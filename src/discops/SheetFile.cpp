@@ -1,9 +1,10 @@
 #include "discops/SheetFile.h"
 
-#include <cerrno>
 #include <filesystem>
 #include <system_error>
+#include <utility>
 
+#include "support/AtomicFile.h"
 #include "support/RuntimeError.h"
 #include "support/mdlFunctions.h"
 
@@ -13,13 +14,6 @@ namespace fs = std::filesystem;
 
 namespace {
 constexpr int kPathFileAccessError = 75;
-
-[[noreturn]] void raiseFor(const std::error_code &ec) {
-    if (ec == std::errc::permission_denied || ec == std::errc::read_only_file_system)
-        raiseError(err::PermissionDenied);
-    if (ec == std::errc::no_such_file_or_directory) raiseError(err::PathNotFound);
-    throw RuntimeError(kPathFileAccessError, "Path/File access error");
-}
 }  // namespace
 
 SheetReader::SheetReader(const std::string &path) {
@@ -34,6 +28,11 @@ SheetReader::SheetReader(const std::string &path) {
 bool SheetReader::next(std::string &line) {
     if (!havePending_) {
         if (!std::getline(in_, pending_)) return false;
+        // cdrdao stumbles over a byte order mark; the sheet is read as if it had none.
+        if (std::exchange(first_, false) && pending_.rfind("\xEF\xBB\xBF", 0) == 0) {
+            pending_.erase(0, 3);
+            byteOrderMark_ = true;
+        }
         // CR LF ends the piece; a CR that is left inside is a line end of its own.
         if (!pending_.empty() && pending_.back() == '\r') pending_.pop_back();
         pendingAt_ = 0;
@@ -53,14 +52,7 @@ bool SheetReader::next(std::string &line) {
 void writeSheet(const std::string &path, std::string_view text) {
     std::error_code ec;
     if (fs::is_directory(path, ec)) throw RuntimeError(kPathFileAccessError, "Path/File access error");
-    std::ofstream out(path, std::ios::binary | std::ios::trunc);
-    if (!out) {
-        int saved = errno;
-        raiseFor(std::error_code(saved, std::generic_category()));
-    }
-    out.write(text.data(), static_cast<std::streamsize>(text.size()));
-    out.close();
-    if (!out) raiseError(61);  // disk full, or the like
+    replaceFileAtomically(path, text);
 }
 
 std::string parentFolder(std::string_view path) {

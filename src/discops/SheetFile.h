@@ -19,16 +19,22 @@ public:
     // folder or a device is never read as a sheet.
     explicit SheetReader(const std::string &path);
     bool next(std::string &line);
+    // The sheet began with a UTF-8 byte order mark, which next() left out.
+    bool hadByteOrderMark() const { return byteOrderMark_; }
 
 private:
     std::ifstream in_;
     std::string pending_;  // what is left of the last piece after a lone CR
     std::size_t pendingAt_ = 0;
     bool havePending_ = false;
+    bool first_ = true;
+    bool byteOrderMark_ = false;
 };
 
-// Replaces the whole file with text, as is. Raises a run-time error when the
-// file cannot be written (read-only sheet, vanished folder).
+// Replaces the whole file with text, as is, through a temporary file beside it
+// (replaceFileAtomically): a full disk or a crash never leaves half a sheet.
+// Raises a run-time error when the file cannot be written (read-only sheet,
+// vanished folder).
 void writeSheet(const std::string &path, std::string_view text);
 
 // The path questions of the checks, on the platform's own paths.

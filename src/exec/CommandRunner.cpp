@@ -3,6 +3,8 @@
 namespace saltmarrow {
 
 bool CommandRunner::commandExecute(const std::string &command) {
+    if (objDOS.isRunning()) return false;
+    const auto job = jobs.begin();
     bool result = false;
     try {
         log.writeSeparator();

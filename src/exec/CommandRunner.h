@@ -5,6 +5,7 @@
 
 #include "exec/CommandLog.h"
 #include "exec/DOSOutputs.h"
+#include "exec/JobQueue.h"
 
 namespace saltmarrow {
 
@@ -21,10 +22,13 @@ public:
 
     // Runs command with buffer size 256 and a wait of 1 ms in the external
     // folder. True if it ended with exit code 0; then commandOutput holds
-    // what it printed, else commandOutput is empty.
+    // what it printed, else commandOutput is empty. A command asked for while
+    // another runs is refused (false) and leaves no trace.
     bool commandExecute(const std::string &command);
 
     DOSOutputs objDOS;
+    // The jobs of the main form: each command is one, and so is each handler.
+    JobQueue jobs;
     CommandLog log;
     std::string commandOutput;
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "exec/EventPump.h"
 #include "platform/ChildProcess.h"
 #include "support/RuntimeError.h"
 
@@ -91,12 +92,9 @@ std::string normaliseLineEnds(std::string_view chunk) {
 DOSOutputs::DOSOutputs() = default;
 DOSOutputs::~DOSOutputs() = default;
 
-void DOSOutputs::letEventsRun(int times) {
-    if (!pump) return;
-    for (int i = 0; i < times; ++i) pump();
+bool DOSOutputs::isRunning() const {
+    return busy_;
 }
-
-bool DOSOutputs::isRunning() const { return process_ && !process_->finished(); }
 
 bool DOSOutputs::ExecuteCommand(const std::string &commandLine, int bufferSize, int wait,
                                 std::string startFolder) {
@@ -112,6 +110,8 @@ void DOSOutputs::ExecuteCommand(const std::string &commandLine, short &bufferSiz
                                 bool convertOEM, bool &result) {
     (void)convertOEM;  // the tools' bytes are taken as UTF-8 here; no code page to convert from
     result = false;
+    // One job at a time: the running one and its output stay as they are.
+    if (busy_) return;
     totalOutput.clear();
     if (commandLine.empty()) return;
     if (!captureStdOut && !captureStdErr) raiseError(err::InvalidProcedureCall);
@@ -122,22 +122,39 @@ void DOSOutputs::ExecuteCommand(const std::string &commandLine, short &bufferSiz
     if (!process->start(commandLine, startFolder)) return;
     process_ = std::move(process);
     platform::ChildProcess &job = *process_;
+    busy_ = true;
+    struct Idle {
+        bool &busy;
+        ~Idle() { busy = false; }
+    } idle{busy_};
 
     std::string carry;
     std::string pending;  // bytes of a character cut by the end of a read
+    // A tool that prints fast does not pay a turn of the event loop for each
+    // line; a wait in the event loop counts as a turn.
+    EventPump letEventsRun(pump);
     // The wait ends at once when output arrives or the job ends, so idle turns
-    // may stretch it (up to kLongestIdleWait) without delaying a single line;
-    // the interface is still pumped a hundred times a second.
+    // may stretch it (up to kLongestIdleWait) without delaying a single line.
     const int shortestWait = wait > 0 ? static_cast<int>(wait) : 0;
     int currentWait = shortestWait;
     for (;;) {
-        const long waitResult = job.waitFor(currentWait) ? 0 : kStillRunning;
-        letEventsRun(4);
+        long waitResult;
+        std::vector<int> fds;
+        if (waitForEvents && job.bytesWaiting() < 1 && !(fds = job.waitDescriptors()).empty()) {
+            // One wait for the tool and the window together: nothing turns
+            // round until output, the end of the job or an event comes.
+            waitForEvents(std::max(currentWait, kLongestIdleWait), fds);
+            letEventsRun.ran();
+            waitResult = job.waitFor(0) ? 0 : kStillRunning;
+        } else {
+            waitResult = job.waitFor(currentWait) ? 0 : kStillRunning;
+        }
+        letEventsRun();
         int n = std::min(job.bytesWaiting(), size);
         if (n < 1) {
             currentWait = std::min(std::max(currentWait * 2, 1), std::max(kLongestIdleWait, shortestWait));
             if (nullOutputs) nullOutputs();
-            letEventsRun(4);
+            letEventsRun();
             if (waitResult != kStillRunning) break;
             continue;
         }
@@ -179,14 +196,15 @@ void DOSOutputs::ExecuteCommand(const std::string &commandLine, short &bufferSiz
             std::size_t from = 0;
             for (;;) {
                 std::size_t at = text.find("\r\n", from);
-                std::string piece = text.substr(from, at == std::string::npos ? std::string::npos : at - from);
-                letEventsRun(3);
+                std::string piece =
+                    text.substr(from, at == std::string::npos ? std::string::npos : at - from);
+                letEventsRun();
                 if (ReceiveOutputs) ReceiveOutputs(piece);
                 if (at == std::string::npos) break;
                 from = at + 2;
             }
         }
-        letEventsRun(4);
+        letEventsRun();
         if (atEnd) break;
     }
     std::string rest = decodeOutputChunk(pending, {}, true);

@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace saltmarrow {
 
@@ -24,15 +25,23 @@ public:
     // Events, in their order of declaration.
     std::function<void(const std::string &line)> ReceiveOutputs;
     std::function<void()> nullOutputs;
-    // One step of the interface's event loop ("let events run once").
+    // One step of the interface's event loop ("let events run"). The runner
+    // takes one at most every 10 ms, and before each line it hands on once
+    // that much time has passed.
     std::function<void()> pump;
+    // Where the interface can wait on the tool and on its own events at once
+    // (platform::waitForEvents in the program): the runner then sleeps until
+    // output, the end of the tool or an event of the interface comes, up to
+    // ms. Without it the runner waits on the tool alone and pumps in between.
+    std::function<void(int ms, const std::vector<int> &fds)> waitForEvents;
 
     // Everything the current or last command printed, in complete-line
     // blocks, each block behind a CR LF.
     std::string totalOutput;
 
     // Runs commandLine in startFolder and returns once it has ended. The
-    // result is true only if it started and ended with exit code 0.
+    // result is true only if it started and ended with exit code 0. While a
+    // command runs, another is refused: false, and no event.
     // bufferSize is the largest chunk of one read; wait the milliseconds of
     // each wait on the process.
     void ExecuteCommand(const std::string &commandLine, short &bufferSize, long &wait,
@@ -44,12 +53,12 @@ public:
     // Ends the running job, every process of it. False if there is none.
     bool killInstantly();
 
+    // A command is running: ExecuteCommand has not returned yet.
     bool isRunning() const;
 
 private:
-    void letEventsRun(int times);
-
     std::unique_ptr<platform::ChildProcess> process_;
+    bool busy_ = false;
 };
 
 // Turns one chunk of tool output into text: bytes that are not UTF-8 become

@@ -4,6 +4,7 @@
 #include <csignal>
 #include <fcntl.h>
 #include <fstream>
+#include <iterator>
 #include <poll.h>
 #include <spawn.h>
 #include <sys/ioctl.h>
@@ -75,15 +76,8 @@ pid_t spawnStage(const std::vector<std::string> &args, const std::string &folder
 std::string readBatchCommand(const std::string &path) {
     std::ifstream in(path, std::ios::binary);
     if (!in) return {};
-    std::string command, line;
-    while (std::getline(in, line)) {
-        while (!line.empty() && (line.back() == '\r' || line.back() == '\n')) line.pop_back();
-        std::string t = vb::Trim(line);
-        if (t.empty() || vb::equalsText(t, "@ECHO OFF")) continue;
-        if (!command.empty()) command += ' ';
-        command += t;
-    }
-    return command;
+    std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    return batchCommand(text);
 }
 
 ChildProcess::~ChildProcess() {
@@ -238,6 +232,24 @@ bool ChildProcess::waitFor(int ms) {
     }
     reap(false);
     return running_ == 0;
+}
+
+std::vector<int> ChildProcess::waitDescriptors() {
+    reap(false);
+    std::vector<int> fds;
+    for (const auto &s : stages_) {
+        if (s.ended) continue;
+        if (s.pidfd < 0) return {};
+        fds.push_back(s.pidfd);
+    }
+    if (outputClosed_ || output_ < 0) return fds;
+    // A pipe that has hung up with nothing left in it would wake every wait.
+    pollfd p{output_, POLLIN, 0};
+    if (poll(&p, 1, 0) > 0 && (p.revents & (POLLHUP | POLLERR)) && bytesWaiting() == 0)
+        outputClosed_ = true;
+    else
+        fds.push_back(output_);
+    return fds;
 }
 
 int ChildProcess::bytesWaiting() const {

@@ -1,9 +1,10 @@
 #ifndef SALTMARROW_PLATFORM_CHILDPROCESS_H
 #define SALTMARROW_PLATFORM_CHILDPROCESS_H
 
+#include <sys/types.h>
+
 #include <string>
 #include <string_view>
-#include <sys/types.h>
 #include <vector>
 
 namespace saltmarrow::platform {
@@ -33,6 +34,12 @@ public:
     // is waiting. True once every stage has ended.
     bool waitFor(int ms);
     bool finished() const { return running_ == 0 && !stages_.empty(); }
+
+    // What a wait on the job can watch instead of polling it: the end of every
+    // stage that runs and the output pipe, as long as it can still deliver.
+    // Empty when the end of a stage cannot be watched (no pidfd): then only
+    // short waits on waitFor see the job end in time.
+    std::vector<int> waitDescriptors();
 
     // Bytes waiting in the output pipe, without blocking.
     int bytesWaiting() const;
@@ -67,8 +74,8 @@ private:
     int exitCode_ = -1;
 };
 
-// The command of a batch file as the program writes it: every line but
-// "@ECHO OFF" and empty ones, joined by a blank. Empty if it cannot be read.
+// The command of a batch file as the program writes it (batchCommand of its
+// text). Empty if it cannot be read.
 std::string readBatchCommand(const std::string &path);
 
 }  // namespace saltmarrow::platform

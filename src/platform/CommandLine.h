@@ -12,16 +12,29 @@ namespace saltmarrow::platform {
 // separate, double quotes group, 2n backslashes before a quote give n
 // backslashes and a quote that toggles grouping, 2n+1 give n backslashes and a
 // literal quote, a doubled quote inside a group is a literal quote, and other
-// backslashes stand for themselves. The program name (the first argument) only
-// knows quotes, as on Windows. An unbalanced quote groups to the end.
+// backslashes stand for themselves. The program name follows the same rules,
+// so that quoteArgument serves it too. An unbalanced quote groups to the end.
 std::vector<std::string> splitCommandLine(std::string_view line);
 
 // Splits the command of a batch file at " | " outside double quotes: the stages
-// of a pipeline. Stages are trimmed; a line without a bar gives one stage.
+// of a pipeline. Quotes are walked exactly as splitCommandLine walks them, so a
+// bar inside an argument never starts a stage. Stages are trimmed; a line
+// without a bar gives one stage.
 std::vector<std::string> splitPipeline(std::string_view command);
 
-// Quotes one argument so that splitCommandLine gives it back unchanged.
-std::string quoteArgument(std::string_view argument);
+// Quotes one argument so that splitCommandLine, splitPipeline and a batch file
+// give it back unchanged, whatever bytes it holds. Every path and every text of
+// the user that enters a command line or a batch file goes through here. Paths
+// stand in double quotes always; a drive address that needs none stays bare.
+enum class Quoting { Always, WhenNeeded };
+std::string quoteArgument(std::string_view argument, Quoting quoting = Quoting::Always);
+
+// A batch file as the program writes it: "@ECHO OFF", then the command, CR LF
+// after each. batchCommand is its inverse: every line but "@ECHO OFF" and
+// empty ones, joined by a blank; a line end inside quotes belongs to the
+// argument it stands in.
+std::string batchFileText(std::string_view command);
+std::string batchCommand(std::string_view fileText);
 
 }  // namespace saltmarrow::platform
 

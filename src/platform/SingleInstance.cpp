@@ -60,8 +60,18 @@ bool SingleInstance::listen(std::function<void(const std::string &)> onReceive) 
                 int end = buffer->indexOf('\0');
                 if (end < 0) return;
                 std::string text = buffer->left(end).toStdString();
-                buffer->clear();
-                if (onReceive_) onReceive_(text);
+                // The text is all there is to have: the socket goes before
+                // anything is done with it, and what is done (a whole write,
+                // perhaps) runs from the event loop, not inside this handler.
+                socket->disconnect();
+                socket->abort();
+                socket->deleteLater();
+                QMetaObject::invokeMethod(
+                    this,
+                    [this, text] {
+                        if (onReceive_) onReceive_(text);
+                    },
+                    Qt::QueuedConnection);
             });
             connect(socket, &QLocalSocket::disconnected, socket, &QObject::deleteLater);
         }

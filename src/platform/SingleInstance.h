@@ -25,7 +25,8 @@ public:
     bool firstInstanceRunning() const;
     // Sends text to the first instance. False if none took it.
     bool handOver(const std::string &text) const;
-    // Become the first instance; received texts go to onReceive.
+    // Become the first instance; received texts go to onReceive, called from
+    // the event loop once the socket that brought them is closed.
     bool listen(std::function<void(const std::string &)> onReceive);
 
     static constexpr std::size_t kMaxText = 254;

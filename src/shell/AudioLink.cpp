@@ -7,7 +7,7 @@
 #include <QTimer>
 
 #include "audio/frmAudioCD.h"
-#include "shell/AtomicFile.h"
+#include "support/AtomicFile.h"
 #include "shell/LanguageForms.h"
 #include "shell/frmMain.h"
 #include "support/ErrorReport.h"

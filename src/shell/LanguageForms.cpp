@@ -14,7 +14,7 @@
 #include <fstream>
 #include <sstream>
 
-#include "shell/AtomicFile.h"
+#include "support/AtomicFile.h"
 
 namespace saltmarrow {
 

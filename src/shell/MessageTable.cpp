@@ -14,7 +14,7 @@ struct DefaultMessage {
 // The English texts, in the order the language template lists them. Spelling
 // slips ("tempory", "Recieving", "Reparied") are part of the keys and texts
 // that translators and older language files already know; keep them.
-constexpr std::array<DefaultMessage, 257> kDefaultMessages{{
+constexpr std::array<DefaultMessage, 258> kDefaultMessages{{
     {"msgWriteProgress", "Wrote %1 of %2 MB"},
     {"msgWriteBuffer", "Buffer"},
     {"msgNoImageLoaded", "NO IMAGE LOADED"},
@@ -44,6 +44,7 @@ constexpr std::array<DefaultMessage, 257> kDefaultMessages{{
     {"msgTocIncorrectDat", "Incorrect dat filename found in toc sheet."},
     {"msgTocError", "The following incompatibilities were found in toc file:"},
     {"msgTocFix", "Would you like saltmarrow to correct this toc file?"},
+    {"msgSheetByteOrderMark", "The file begins with a byte order mark, which cdrdao cannot read."},
     {"msgSelectWriter", "Please select a Write Device."},
     {"msgSelectReader", "Please select a Read Device."},
     {"msgReadOnlyFile", "Could not open file for writing, maybe read only?"},

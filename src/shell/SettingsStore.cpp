@@ -5,8 +5,8 @@
 #include <fstream>
 #include <sstream>
 
-#include "shell/AtomicFile.h"
 #include "shell/TextLines.h"
+#include "support/AtomicFile.h"
 #include "support/RuntimeError.h"
 #include "support/mdlFunctions.h"
 

@@ -37,14 +37,18 @@
 #include "discops/SheetCheck.h"
 #include "discops/SheetFile.h"
 #include "discops/frmEraseCD.h"
+#include "exec/EventPump.h"
 #include "exec/LogDocking.h"
 #include "exec/frmLog.h"
+#include "platform/CommandLine.h"
 #include "platform/Dialogs.h"
 #include "platform/DriveLayer.h"
+#include "platform/EventWait.h"
 #include "platform/MediumWatcher.h"
 #include "platform/SingleInstance.h"
 #include "platform/Sounds.h"
 #include "shell/AudioLink.h"
+#include "shell/DataLink.h"
 #include "shell/LanguageForms.h"
 #include "shell/SettingsControls.h"
 #include "shell/WriteFrame.h"
@@ -89,7 +93,7 @@ public:
     void setWriteSucceeded() override { f_.writeSucceeded = true; }
     void setWriteFailed() override { f_.writeFailed = true; }
     bool killInstantly() override { return f_.runner.objDOS.killInstantly(); }
-    void letEventsRun() override { QCoreApplication::processEvents(); }
+    void letEventsRun() override { events_(); }
     std::string message(std::string_view key) const override { return f_.messages.text(key); }
     platform::Sounds &sounds() override { return sounds_; }
     void writeCommandLog(const std::string &line) override { f_.runner.log.writeLine(line); }
@@ -107,6 +111,8 @@ public:
 private:
     frmMain &f_;
     platform::Sounds &sounds_;
+    // The interpreters let events run several times a line.
+    EventPump events_{[] { QCoreApplication::processEvents(); }};
 };
 
 double secondsSinceMidnight() {
@@ -137,10 +143,13 @@ frmMain::frmMain(ShellEnvironment env) : env_(std::move(env)) {
     runner.objDOS.ReceiveOutputs = [this](const std::string &line) { objDOS_ReceiveOutputs(line); };
     runner.objDOS.nullOutputs = [this] { objDOS_nullOutputs(); };
     runner.objDOS.pump = [] { QCoreApplication::processEvents(QEventLoop::AllEvents); };
+    runner.objDOS.waitForEvents = platform::waitForEvents;
+    runner.jobs.post = [this](std::function<void()> work) { QTimer::singleShot(0, this, std::move(work)); };
     eraseForm_ = new frmEraseCD(
         eraseCancelled_, [this](const std::string &mode) { run("discErase", [&] { discErase(mode); }); },
         this);
     offerErase = [this] { return eraseForm_->offerErase(); };
+    dataLink_ = std::make_unique<DataLink>(*this, env_);
     interpreterView_ = std::make_unique<MainInterpreterView>(*this, *env_.sounds);
     interpreter = std::make_unique<OutputInterpreter>(*interpreterView_, interpreterState,
                                                       secondsSinceMidnight, paths.cygwinRoot);
@@ -361,6 +370,7 @@ void frmMain::buildMenus() {
 }
 
 void frmMain::run(const char *procedure, const std::function<void()> &handler) {
+    const auto job = runner.jobs.begin();
     guard(*env_.errors, kModule, procedure, handler, [this] {
         if (env_.terminate) env_.terminate();
     });
@@ -439,6 +449,8 @@ void frmMain::splash(const std::string &text, int step) {
 }
 
 bool frmMain::Form_Load() {
+    // A hand-over or a medium change that comes during start-up waits for its end.
+    const auto job = runner.jobs.begin();
     // The tools run at a lower priority than the interface that watches them.
     langTemplate_ = vb::InStr(commandLine, "/langtemplate", vb::Compare::Text) > 0;
 
@@ -579,8 +591,14 @@ bool frmMain::Form_Load() {
     }
 
     // A disc put in or taken out refreshes the drive status by itself.
+    // During a job the refresh waits for its end, and a burst of changes gives one refresh.
     new platform::MediumWatcher(
-        [this](bool removed) { run("WindowProc", [&] { updateMediaInfo(true, removed, false); }); }, this);
+        [this](bool removed) {
+            runner.jobs.whenIdle(
+                [this, removed] { run("WindowProc", [&] { updateMediaInfo(true, removed, false); }); },
+                "medium");
+        },
+        this);
 
     formLoaded = true;
     run("cmbWriterDevice_Click", [this] { cmbWriterDevice_Click(); });
@@ -605,10 +623,13 @@ void frmMain::showEvent(QShowEvent *event) {
 }
 
 void frmMain::receiveHandOver(const std::string &text) {
-    run("WindowProc", [&] {
-        commandLine = text.substr(0, platform::SingleInstance::kMaxText);
-        parseCommand();
-        mnuRestore_Click();
+    // A running write keeps its image: the new one is loaded once the job has ended.
+    runner.jobs.whenIdle([this, text] {
+        run("WindowProc", [&] {
+            commandLine = text.substr(0, platform::SingleInstance::kMaxText);
+            parseCommand();
+            mnuRestore_Click();
+        });
     });
 }
 
@@ -888,19 +909,19 @@ void frmMain::cmdWrite_Click() {
     WritePanel panel = writePanel();
     FragmentSettings fragments = fragmentSettings();
     bool useRaw = true;
-    slot.writeCommand = vb::quoteString(paths.strCdrdao) + " write" +
+    // A backslash is a character of a name here, not a separator to turn round.
+    slot.writeCommand = platform::quoteArgument(paths.strCdrdao) + " write" +
                         writeDevice(panel, fragments, writer, useRaw, true, true, platform::driveLayer()) +
-                        WriteOptions(panel, fragments) +
-                        vb::quoteString(vb::Replace(slot.strFilename, "\\", "/"));
+                        WriteOptions(panel, fragments) + platform::quoteArgument(slot.strFilename);
     std::error_code ec;
     std::filesystem::remove(mkisofsToc, ec);
-    discops::writeSheet(commandFile, "@ECHO OFF\r\n" + slot.writeCommand + "\r\n");
+    discops::writeSheet(commandFile, platform::batchFileText(slot.writeCommand));
     slot.deleteCandidate = slot.strFilename;
     // cdrdao reads the names in a sheet against the folder it starts in; a
     // name without a folder means the file beside the sheet.
     const std::string folder = std::filesystem::path(slot.strFilename).parent_path().string();
     runner.setExternalFolder(folder.empty() ? appDir + "/external" : folder);
-    writeFrame(vb::quoteString(commandFile));
+    writeFrame(platform::quoteArgument(commandFile));
     runner.setExternalFolder(appDir + "/external");
 }
 
@@ -1361,16 +1382,18 @@ void frmMain::discErase(const std::string &mode) {
     std::string command;
     if (dvd) {
         ChangeCurrentMode("WRITE DVD");
-        command =
-            vb::quoteString(paths.strdvdrecord) + " blank=" + (mode == "minimal" ? "minimal " : "all ") +
-            "dev=" +
-            layer.dvdDevice(layer.addressOf(cmbWriterDevice->currentText().toStdString()), spti, false) +
-            " gracetime=0";
+        command = platform::quoteArgument(paths.strdvdrecord) +
+                  " blank=" + (mode == "minimal" ? "minimal " : "all ") +
+                  platform::quoteArgument(
+                      "dev=" + layer.dvdDevice(layer.addressOf(cmbWriterDevice->currentText().toStdString()),
+                                               spti, false),
+                      platform::Quoting::WhenNeeded) +
+                  " gracetime=0";
     } else {
         WritePanel panel = writePanel();
         FragmentSettings fragments = fragmentSettings();
         bool useRaw = true;
-        command = vb::quoteString(paths.strCdrdao) + " blank" +
+        command = platform::quoteArgument(paths.strCdrdao) + " blank" +
                   writeDevice(panel, fragments, writer, useRaw, true, true, layer) +
                   " --reload --blank-mode " + mode;
     }

@@ -35,6 +35,7 @@ class QSystemTrayIcon;
 
 namespace saltmarrow {
 
+class DataLink;
 class ErrorReporter;
 class frmAudioCD;
 class frmDeviceInfo;
@@ -241,6 +242,7 @@ private:
     frmEraseCD *eraseForm_ = nullptr;
     bool eraseCancelled_ = false;
     QPointer<frmStartUp> startUp_;
+    std::unique_ptr<DataLink> dataLink_;  // the data form behind the mastering menu
 };
 
 }  // namespace saltmarrow

@@ -1,11 +1,16 @@
 // The main window on Linux: the fake drive speaks as Debian's cdrdao,
 // dvd+rw-mediainfo answers for DVDs, and a fake kernel table says what each
 // drive reads and writes. Discovery, the drive records, a whole image write
-// and a blank, with every device argument checked.
+// and a blank, with every device argument checked, and what arrives from the
+// event loop during a write. The program and its images stand in folders whose
+// names hold shell syntax and a line end: no command may split or start
+// anything else.
 #include <gtest/gtest.h>
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QCoreApplication>
+#include <QElapsedTimer>
 #include <QLineEdit>
 #include <QPushButton>
 #include <filesystem>
@@ -13,6 +18,7 @@
 
 #include "devices/DeviceInfoText.h"
 #include "platform/DriveLayer.h"
+#include "platform/MediumWatcher.h"
 #include "support/mdlFunctions.h"
 #include "testlib/FakeDrive.h"
 #include "testlib/ShellHarness.h"
@@ -60,19 +66,23 @@ const std::string kBlankCDR = "blank = yes\nappendable = no\nrewritable = no\nca
 const std::string kUsedCDRW = "blank = no\nappendable = no\nrewritable = yes\ncapacity = 359849\n";
 
 struct LinuxDrives : ::testing::Test {
-    TempDir app;
-    TempDir images;
-    std::string external = app.path() + "/external";
+    TempDir root;
+    const std::string awkward = "x\" | touch PWNED \"y \\\" $(touch PWNED) ;\nz";
+    std::string app = root.file(awkward + "/app"), images = root.file(awkward), external = app + "/external";
     std::unique_ptr<ShellHarness> h;
 
-    void start(const std::vector<LinuxDrive> &drives, const std::string &global = {}) {
-        installLinuxFakeDrive(app.path(), drives, global);
-        h = ShellHarness::inFolder(app.path(), "", false);
+    void start(const std::vector<LinuxDrive> &drives, const std::string &global = {}, bool single = false) {
+        installLinuxFakeDrive(app, drives, global);
+        h = ShellHarness::inFolder(app, "", single);
         ASSERT_TRUE(h->form().Form_Load());
         ASSERT_TRUE(h->errors.reports.empty()) << h->errors.reports.front();
         h->dialogs.prompts.clear();
     }
-    void TearDown() override { platform::setDriveLayer(nullptr); }
+    void TearDown() override {
+        platform::setDriveLayer(nullptr);
+        for (const std::string &folder : {external, images})
+            EXPECT_FALSE(std::filesystem::exists(folder + "/PWNED"));
+    }
     frmMain &f() { return h->form(); }
     std::vector<std::string> calls() {
         std::vector<std::string> lines;
@@ -182,9 +192,9 @@ TEST_F(LinuxDrives, OneReaderIsNoWriter) {
 
 TEST_F(LinuxDrives, ACueImageIsWrittenWithBothProgressForms) {
     start({cdWriter("CD-R", kBlankCDR)});
-    const std::string bin = images.file("disc.bin");
+    const std::string bin = images + "/disc.bin";
     writeFile(bin, std::string(3000 * 2352, '\x11'));
-    const std::string cue = images.file("disc.cue");
+    const std::string cue = images + "/disc.cue";
     writeFile(cue, "FILE \"disc.bin\" BINARY\r\n  TRACK 01 MODE1/2352\r\n    INDEX 01 00:00:00\r\n");
     f().commandLine = "-i \"" + cue + "\"";
     f().parseCommand();
@@ -216,4 +226,36 @@ TEST_F(LinuxDrives, AUsedRewritableIsBlanked) {
     EXPECT_TRUE(f().writeSucceeded) << "\"Blanking time: 62 seconds\" ends the blank well";
     EXPECT_NE(readFile(external + "/fakedrive.state.media").find("/dev/sr0 blank yes"), std::string::npos);
     expectOnlyDevicePaths();
+}
+
+// A second start with "-w" writes from the event loop. Medium changes and a
+// second start with "-i" during that write wait for its end: the write keeps
+// its image, the drive is read once, then the new image is loaded.
+TEST_F(LinuxDrives, WhatArrivesDuringAWriteWaitsForItsEnd) {
+    start({cdWriter("CD-R", kBlankCDR + "write_delay_ms = 60\n")}, {}, true);
+    f().showSettings(false);  // so that the write asks the drive only as it starts
+    // A sheet cannot name its data in a folder whose name holds a quote.
+    writeFile(root.file("data.bin"), std::string(8 << 20, 'x'));
+    const std::string first = images + "/first.toc", second = images + "/second.toc";
+    for (auto &toc : {first, second})
+        writeFile(toc, "CD_ROM\nTRACK MODE1\nDATAFILE \"" + root.file("data.bin") + "\"");
+    std::unique_ptr<ShellHarness> later;
+    std::string written;
+    const auto interpret = f().runner.objDOS.ReceiveOutputs;
+    f().runner.objDOS.ReceiveOutputs = [&](const std::string &line) {
+        interpret(line);
+        if (line.find("Wrote 2 of") == 0 && !later) {
+            for (int event : {platform::DBT_DEVICEREMOVECOMPLETE, platform::DBT_DEVICEARRIVAL})
+                f().findChild<platform::MediumWatcher *>()->deviceChange(event);
+            later = ShellHarness::inFolder(app, "-i " + second, true);
+            EXPECT_FALSE(later->form().Form_Load());
+        }
+        if (line.find("Writing finished successfully") == 0) written = f().slot.strFilename;
+    };
+    EXPECT_FALSE(ShellHarness::inFolder(app, "-w " + first, true)->form().Form_Load());
+    QElapsedTimer t;
+    for (t.start(); f().slot.strFilename != second && t.elapsed() < 20000;) QCoreApplication::processEvents();
+    EXPECT_EQ(written, first);
+    const std::string log = readFile(external + "/fakedrive.log");
+    EXPECT_EQ(vb::Split(log.substr(log.find("cdrdao write")), "cdrdao drive-info").size(), 2u) << "read once";
 }

@@ -24,6 +24,7 @@ namespace mb = saltmarrow::platform::mb;
 namespace {
 
 const std::string CRLF = "\r\n";
+const std::string kBom = "\xEF\xBB\xBF";
 
 // An application folder and an image folder side by side.
 struct Images {
@@ -100,6 +101,7 @@ TEST(SheetCheckCue, FindingsComeInTheirFixedOrder) {
         {"FILE \"sheet.bin BINARY", {"msgCueNoQuotes"}},
         {"FILE \"C:\\images\\sheet.bin\" BINARY", {"msgCueIncorrectBin"}},
         {"file \"" + std::string("sheet.bin") + "\" binary", {}},
+        {kBom + "FILE sheet.bin BINARY", {"msgSheetByteOrderMark", "msgCueNoQuotes"}},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.fileLine);
@@ -189,19 +191,28 @@ TEST(SheetCheckCue, AnyLineEndIsReadAndTheRepairWritesCrLf) {
 
 // ---- toc sheets ----------------------------------------------------------
 
-TEST(SheetCheckToc, DoubledQuotesAreFlaggedAndTheRepairHasSingleOnes) {
+// The repair takes the sheet's place whole (a reader of the old sheet still
+// reads the old bytes), through the link that names it, with its permissions.
+TEST(SheetCheckToc, AByteOrderMarkAndDoubledQuotesAreFlaggedAndTheRepairHasNeither) {
     Images im;
     std::string data = im.put("data.bin", "data");
-    std::string toc = im.put("image.toc", "CD_ROM\r\n\r\nTRACK MODE1\r\nDATAFILE \"\"" + data + "\"\"\r\n");
+    const std::string text = kBom + "CD_ROM\r\n\r\nTRACK MODE1\r\nDATAFILE \"\"" + data + "\"\"\r\n";
+    std::string toc = im.put("image.toc", text), link = im.img + "/link.toc";
+    fs::permissions(toc, fs::perms(0640));
+    fs::create_symlink(toc, link);
+    std::ifstream before(toc, std::ios::binary);
     ScriptedDialogs d;
     d.answer(mb::Yes);
-    CheckImageResult r = im.check(toc, d);
+    CheckImageResult r = im.check(link, d);
     ASSERT_EQ(d.prompts.size(), 1u);
     EXPECT_EQ(d.prompts[0].style, 36);
-    EXPECT_EQ(d.prompts[0].text, tocQuestion({"msgTocDoubleQuotes"}));
+    EXPECT_EQ(d.prompts[0].text, tocQuestion({"msgSheetByteOrderMark", "msgTocDoubleQuotes"}));
     EXPECT_EQ(r.imageDataFile, data);
     EXPECT_EQ(r.workingFolder, im.app + "/external");
     EXPECT_EQ(readFile(toc), "CD_ROM\r\n\r\nTRACK MODE1\r\nDATAFILE \"" + data + "\"\r\n");
+    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(before), {}), text);
+    EXPECT_TRUE(fs::is_symlink(link));
+    EXPECT_EQ(fs::status(toc).permissions(), fs::perms(0640));
 }
 
 TEST(SheetCheckToc, NamesThatMissTheFilesBesideTheSheetArePointedAtThem) {

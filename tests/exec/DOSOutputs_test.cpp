@@ -3,6 +3,7 @@
 // them, so the chunk boundaries are the ones the test means.
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <dirent.h>
 #include <filesystem>
 #include <fstream>
@@ -27,6 +28,7 @@ struct Outcome {
     std::vector<std::string> lines;
     int nulls = 0;
     int pumps = 0;
+    long ms = 0;  // how long the command took
     bool result = false;
     std::string total;
 };
@@ -50,7 +52,9 @@ Outcome run(const std::string &command, int bufferSize = 256, std::function<void
         r.events.push_back("L:" + line);
         if (onLine) onLine(dos, line);
     };
+    const auto start = std::chrono::steady_clock::now();
     r.result = dos.ExecuteCommand(command, bufferSize, 1);
+    r.ms = (std::chrono::steady_clock::now() - start) / std::chrono::milliseconds(1);
     r.total = dos.totalOutput;
     return r;
 }
@@ -133,11 +137,15 @@ TEST(DOSOutputs, ExitCodeDecidesTheResult) {
     EXPECT_EQ(seen, (Lines{"ok", "line 1", "line 2"}));
 }
 
+// A second command while one runs is refused: false, and not a line of it.
 TEST(DOSOutputs, KillFromAHandlerEndsWithFalse) {
     Outcome r = run(scripted({"out", "Writing finished successfully\\r\\n", "hang"}), 256,
-                [](DOSOutputs &dos, const std::string &) { EXPECT_TRUE(dos.killInstantly()); });
+                    [](DOSOutputs &dos, auto &) {
+                        EXPECT_FALSE(dos.ExecuteCommand(scripted({"out", "second\\n"})));
+                        EXPECT_TRUE(dos.killInstantly());
+                    });
     EXPECT_FALSE(r.result);
-    EXPECT_EQ(r.lines.front(), "Writing finished successfully");
+    EXPECT_EQ(r.lines, Lines{"Writing finished successfully"});
 
     DOSOutputs idle;
     EXPECT_FALSE(idle.killInstantly()) << "nothing runs";
@@ -154,6 +162,7 @@ TEST(DOSOutputs, EveryBufferSizeGivesTheSameLines) {
         for (const auto &l : r.lines)
             if (!l.empty()) text.push_back(l);
         EXPECT_EQ(text, expected) << size;
+        EXPECT_LE(r.pumps, 1 + r.ms / 10) << "events run by time, not for every line";
         EXPECT_LE(r.lines.size() - text.size(), 300u * 12 / static_cast<unsigned>(size) + 1) << size;
     }
 }

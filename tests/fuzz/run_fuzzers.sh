@@ -9,7 +9,7 @@ seconds=${1:-600}
 work=${2:-build-fuzz/work}
 shift $(( $# > 2 ? 2 : $# )) || true
 exts=("$@")
-[ ${#exts[@]} -gt 0 ] || exts=(mp3 ogg flac wav aac)
+[ ${#exts[@]} -gt 0 ] || exts=(mp3 ogg flac wav aac quote)
 
 command -v clang++ >/dev/null || { echo "run_fuzzers: clang++ is missing (apt-get install clang)" >&2; exit 1; }
 [ -f build-fuzz/build.ninja ] || CC=clang CXX=clang++ cmake -S tests/fuzz -B build-fuzz -G Ninja >/dev/null
@@ -20,8 +20,10 @@ mkdir -p "$work"
 
 run() {
     local ext=$1
-    mkdir -p "$work/corpus/$ext" "$work/artifacts/$ext" tests/fuzz/corpus/"$ext"
-    build-fuzz/fuzz_media_"$ext" -max_total_time="$seconds" -timeout=10 -print_final_stats=1 \
+    mkdir -p "$work/corpus/$ext" "$work/artifacts/$ext" "$work/seeds/$ext" tests/fuzz/corpus/"$ext"
+    local target=build-fuzz/fuzz_media_"$ext"
+    [ "$ext" != quote ] || target=build-fuzz/fuzz_quote
+    "$target" -max_total_time="$seconds" -timeout=10 -print_final_stats=1 \
         -artifact_prefix="$work/artifacts/$ext/" \
         "$work/corpus/$ext" "$work/seeds/$ext" tests/fuzz/corpus/"$ext" > "$work/$ext.log" 2>&1 || true
     echo "$ext: $(grep -E 'stat::number_of_executed_units' "$work/$ext.log" || echo 'no stats, see log')"

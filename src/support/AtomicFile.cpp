@@ -1,4 +1,4 @@
-#include "shell/AtomicFile.h"
+#include "support/AtomicFile.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -71,8 +71,12 @@ private:
 
 }  // namespace
 
-void replaceFileAtomically(const std::string &path, std::string_view bytes) {
+void replaceFileAtomically(const std::string &linkOrFile, std::string_view bytes) {
     namespace fs = std::filesystem;
+    // A link keeps pointing where it did: the file it names is replaced.
+    std::error_code ec;
+    const fs::path resolved = fs::is_symlink(linkOrFile, ec) ? fs::canonical(linkOrFile, ec) : fs::path();
+    const std::string path = resolved.empty() ? linkOrFile : resolved.string();
     fs::path target(path);
     fs::path folder = target.has_parent_path() ? target.parent_path() : fs::path(".");
 

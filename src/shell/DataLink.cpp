@@ -1,0 +1,97 @@
+#include "shell/DataLink.h"
+
+#include <QAction>
+#include <QCoreApplication>
+#include <QMenu>
+#include <QScreen>
+
+#include "data/NewDataJob.h"
+#include "shell/LanguageForms.h"
+#include "support/ErrorReport.h"
+
+namespace saltmarrow {
+
+DataLink::DataLink(frmMain &main, const ShellEnvironment &env) : main_(main), env_(env) {
+    const std::pair<QAction *, std::pair<bool, bool>> entries[] = {
+        {main.mnuDataCD, {false, false}}, {main.mnuDataDVD, {true, false}}, {main.mnuDVDVideo, {true, true}}};
+    for (const auto &[action, kind] : entries)
+        QObject::connect(action, &QAction::triggered, &main,
+                         [this, kind = kind, name = action->objectName()] {
+                             const std::string procedure = name.toStdString() + "_Click";
+                             guard(procedure.c_str(), [&] { newDataJob(kind.first, kind.second); });
+                         });
+}
+
+void DataLink::guard(const char *procedure, const std::function<void()> &handler) {
+    if (env_.errors)
+        saltmarrow::guard(*env_.errors, "frmDataCD", procedure, handler, [this] {
+            if (env_.terminate) env_.terminate();
+        });
+    else
+        handler();
+}
+
+DataFormHost DataLink::formHost() {
+    frmMain *m = &main_;
+    DataFormHost host;
+    if (dynamic_cast<platform::QtDialogs *>(env_.dialogs))
+        formDialogs_ = std::make_unique<platform::QtDialogs>();
+    host.data.dialogs = formDialogs_ ? formDialogs_.get() : env_.dialogs;
+    host.data.message = [m](std::string_view key) { return m->messages.text(key); };
+    host.data.setting = [m](std::string_view key) { return m->settings.text(key); };
+    host.data.setSetting = [m](std::string_view key, const std::string &value) {
+        m->settings.setText(key, value);
+    };
+    host.data.letEventsRun = [] { QCoreApplication::processEvents(); };
+    host.translate = [m](QWidget *form) {
+        applyLanguage(form, false, m->settings.text("Language"), m->messages, m->appDir);
+    };
+    host.openDocument = env_.openDocument;
+    host.tooltipsShown = [m] { return m->mnuMouseOver->isChecked(); };
+    host.onTop = [m] { return m->mnuOnTop->isChecked(); };
+    host.guard = [this](const char *procedure, const std::function<void()> &handler) {
+        guard(procedure, handler);
+    };
+    // startBuild stays empty: cmdBurn makes no image and writes nothing yet,
+    // it only stops a running add.
+    return host;
+}
+
+void DataLink::newDataJob(bool isDVD, bool isVideo) {
+    data::DataJobHost host;
+    host.dialogs = env_.dialogs;
+    host.message = [this](std::string_view key) { return main_.messages.text(key); };
+    host.project = [this] { return form_ ? &form_->project : nullptr; };
+    host.loadForm = [this] {
+        form_ = new frmDataCD(formHost(), &main_);
+        if (formDialogs_) formDialogs_->setOwner(form_);
+    };
+    host.formBusy = [this] { return form_->busy(); };
+    host.ClearList = [this] { form_->ClearList(); };
+    host.autoHideSettings = [this] { main_.autoHideSettings(); };
+    host.showForm = [this](bool firstShow) {
+        if (firstShow) {
+            // Below the main window where there is room, else above it, else
+            // in the middle of the screen.
+            const QRect main = main_.frameGeometry();
+            const int decoration = std::max(0, main.height() - main_.geometry().height());
+            const QSize size(form_->width(), form_->height() + decoration);
+            const QRect screen = main_.screen() ? main_.screen()->availableGeometry() : QRect();
+            QPoint at(main.left(), main.bottom() + 1);
+            if (screen.isValid() && at.y() + size.height() > screen.bottom())
+                at.setY(main.top() - size.height());
+            if (screen.isValid() && at.y() < screen.top())
+                at = screen.center() - QPoint(size.width(), size.height()) / 2;
+            if (screen.isValid())
+                at.setX(std::clamp(at.x(), screen.left(),
+                                   std::max(screen.left(), screen.right() - size.width())));
+            form_->move(at);
+        }
+        form_->show();
+        form_->raise();
+        form_->activateWindow();
+    };
+    data::newDataJob(host, isDVD, isVideo);
+}
+
+}  // namespace saltmarrow
