@@ -43,6 +43,9 @@ AudioHost audioHost(frmMain &main) {
         });
     };
     host.tooltipsShown = [&main] { return main.mnuMouseOver->isChecked(); };
+    host.translateForm = [&main](QWidget *form) {
+        applyLanguage(form, false, main.settings.text("Language"), main.messages, main.appDir);
+    };
     return host;
 }
 
