@@ -93,6 +93,7 @@ public:
     void Form_Unload();
     // Receives what a second instance handed over.
     void receiveHandOver(const std::string &text);
+    // What the program around it gave the form: dialogs, error reporter, ...
     const ShellEnvironment &environment() const { return env_; }
 
     // Handlers of the button and the menus.
