@@ -22,13 +22,13 @@ ErasePlan planErase(std::string_view eraseMode, const DeviceInfo &writer, const 
     for (std::string_view dvd : kDVDMedia) {
         if (writer.LastMediaType != dvd) continue;
         plan.mode = Mode::WriteDVD;
-        plan.command = platform::quoteArgument(tools.dvdWriter) +
-                       " blank=" + (eraseMode == "minimal" ? "minimal " : "all ") +
-                       platform::quoteArgument(
-                           "dev=" + layer.dvdDevice(layer.addressOf(panel.cmbWriterDevice),
-                                                    settings.chkUseSPTI == 1, false),
-                           platform::Quoting::WhenNeeded) +
-                       " gracetime=0";
+        plan.command =
+            platform::quoteArgument(tools.dvdWriter) +
+            " blank=" + (eraseMode == "minimal" ? "minimal " : "all ") +
+            platform::quoteArgument("dev=" + layer.dvdDevice(layer.addressOf(panel.cmbWriterDevice),
+                                                             settings.chkUseSPTI == 1, false),
+                                    platform::Quoting::WhenNeeded) +
+            " gracetime=0";
         return plan;
     }
     bool useRaw = true;

@@ -67,7 +67,8 @@ WritePlan planImageWrite(const std::string &cdrdao, const std::string &deviceAnd
     WritePlan plan;
     plan.sheet = sheet;
     // A backslash is a character of a name here, not a separator to turn round.
-    plan.command = platform::quoteArgument(cdrdao) + " write" + deviceAndOptions + platform::quoteArgument(sheet);
+    plan.command =
+        platform::quoteArgument(cdrdao) + " write" + deviceAndOptions + platform::quoteArgument(sheet);
     plan.commandFile = platform::batchFileText(plan.command);
     // cdrdao reads the names in a sheet against the folder it starts in; a
     // name without a folder means the file beside the sheet.
