@@ -1,14 +1,15 @@
 // The command runner against real child processes: the helper program
 // scripted_output writes the bytes each test asks for, with pauses between
 // them, so the chunk boundaries are the ones the test means.
-#include <gtest/gtest.h>
+#include "exec/DOSOutputs.h"
 
 #include <dirent.h>
-#include <filesystem>
+#include <gtest/gtest.h>
 #include <sys/resource.h>
 
+#include <filesystem>
+
 #include "exec/CommandRunner.h"
-#include "exec/DOSOutputs.h"
 #include "platform/CommandLine.h"
 #include "testlib/TestSupport.h"
 
@@ -160,10 +161,12 @@ TEST(DOSOutputs, HugeLineWithoutLineEndArrivesWholeAtTheEnd) {
 
 TEST(DOSOutputs, ArgumentsReachTheProcessUnchanged) {
     // Nothing of this is a shell's business.
-    Lines awkward{"a b", "$HOME", "`id`", "x;y", "a&b", "p|q", "back\\slash\\", "q\"uote", "*", "", "\\\\server\\share"};
     Lines steps{"args"}, expected;
-    steps.insert(steps.end(), awkward.begin(), awkward.end());
-    for (const auto &a : awkward) expected.push_back("[" + a + "]");
+    for (const char *a : {"a b", "$HOME", "`id`", "x;y", "a&b", "p|q", "back\\slash\\", "q\"uote", "*", "",
+                          "\\\\server\\share"}) {
+        steps.push_back(a);
+        expected.push_back("[" + std::string(a) + "]");
+    }
     EXPECT_EQ(run(scripted(steps)).lines, expected);
 }
 
