@@ -4,7 +4,6 @@
 
 #include <filesystem>
 
-#include "discops/ImageDelete.h"
 #include "discops/ImageLoad.h"
 #include "discops/ImageTestSupport.h"
 #include "exec/CommandRunner.h"
@@ -102,38 +101,4 @@ TEST(LoadTocTools, ASheetFromAnotherMachineIsRepairedAndThenSized) {
     ASSERT_FALSE(p.commands.empty());
     EXPECT_EQ(platform::splitCommandLine(p.commands.back()),
               (std::vector<std::string>{p.ctx.cdrdao, "toc-info", toc}));
-}
-
-TEST(LoadTocTools, AFileThatIsNowhereIsRefusedAndNothingLoads) {
-    if (!ready()) GTEST_SKIP() << "cdrdao or sox missing";
-    Program p;
-    std::string toc = p.dir.file("lost.toc");
-    writeFile(toc, "CD_DA\nTRACK AUDIO\nFILE \"/nowhere/gone.wav\" 0\n");
-    ParseCommandResult r = p.load(toc);
-    ASSERT_EQ(p.dialogs.prompts.size(), 1u);
-    EXPECT_EQ(p.dialogs.prompts[0].text, "gone.wav could not be found!");
-    EXPECT_TRUE(r.check.refused);
-    EXPECT_FALSE(r.loaded);
-    EXPECT_TRUE(p.slot.strFilename.empty());
-}
-
-TEST(LoadTocTools, ARenamedAudioFolderIsLoadedAgainWithItsSize) {
-    if (!ready()) GTEST_SKIP() << "cdrdao or sox missing";
-    Program p;
-    std::string folder = p.dir.file("temp/tmpA1");
-    p.sound("temp/tmpA1/track01.wav", 6);
-    writeFile(folder + "/authored.toc",
-              "CD_DA\r\n\r\nTRACK AUDIO\r\nFILE \"" + folder + "/track01.wav\" 0\r\n");
-    p.slot.strFilename = folder + "/authored.toc";
-    std::string tempFolder = folder;
-    p.dialogs.answer(mb::No);
-    p.dialogs.answer(std::string("Road Trip"));
-    DeleteImageResult offer = deleteImage(p.slot, tempFolder, Mode::AudioCD, p.ctx);
-    ASSERT_TRUE(offer.reload);
-
-    ParseCommandResult r = parseCommand(p.slot, p.input, p.ctx);
-    EXPECT_TRUE(r.loaded);
-    EXPECT_EQ(p.slot.strFilename, p.dir.file("temp/Road Trip/Road Trip.toc"));
-    EXPECT_EQ(p.slot.imageBytes, 6 * 44100.0 * 4);
-    EXPECT_EQ(r.panel1, "ROAD TRIP");
 }
