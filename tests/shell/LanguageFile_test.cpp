@@ -93,8 +93,6 @@ TEST(LanguageFile, FormSectionsKeepTheirTextAsWritten) {
     EXPECT_EQ(s.captions[1].index, 2);
     EXPECT_EQ(s.captions[2].index, 0);
     EXPECT_EQ(s.captions[3].caption, "Los=jetzt");
-    EXPECT_EQ(splitControlKey("cmd(12)"), (std::pair<std::string, std::optional<int>>{"cmd", 12}));
-    EXPECT_EQ(splitControlKey("cmd"), (std::pair<std::string, std::optional<int>>{"cmd", std::nullopt}));
 }
 
 TEST(LanguageFile, HostileFilesAreHarmless) {
