@@ -42,78 +42,54 @@ TEST(MessageTable, KeysOnceLineBreaksCrLfMarkersAndAdditions) {
     EXPECT_EQ(m["msgCancel"], cancel);
 }
 
-TEST(LanguageFile, SectionsOfTheFile) {
-    const std::string file =
-        "# comment=with equals\r\n"
-        "   # indented comment\r\n"
-        "\r\n"
-        "[Global Messages]\r\n"
-        "msgCancel=&Abbrechen\r\n"
-        "msgTwoLines=erste<cr>zweite\r\n"
-        "msgEquals=a=b\r\n"
-        "msgNew=neu\r\n"
-        "[frmDataCD]\r\n"
-        "frmDataCD=Daten-CD\r\n"
-        "cmdAdd=&Hinzufügen\r\n"
-        "[frmAudioCD]\r\n"
-        "cmdAdd=&Titel\r\n";
-    LanguageSection main = readLanguage(file, "frmMain", true);
-    ASSERT_EQ(main.messages.size(), 4u);
-    EXPECT_EQ(main.messages[1], (std::pair<std::string, std::string>{"msgTwoLines", "erste\r\nzweite"}));
-    EXPECT_EQ(main.messages[2].second, "a=b");
-    EXPECT_TRUE(main.captions.empty());  // no section: the form stays in English
-
-    LanguageSection data = readLanguage(file, "frmDataCD", false);
-    EXPECT_TRUE(data.messages.empty());
-    EXPECT_EQ(data.formCaption, "Daten-CD");
-    ASSERT_EQ(data.captions.size(), 1u);  // stops at the next section
-    EXPECT_EQ(data.captions[0].control, "cmdAdd");
-    EXPECT_EQ(data.captions[0].caption, "&Hinzufügen");
-
-    LanguageSection audio = readLanguage(file, "frmAudioCD", false);
-    ASSERT_EQ(audio.captions.size(), 1u);
-    EXPECT_EQ(audio.captions[0].caption, "&Titel");
+// A form's section as one text: "caption|control(index)=caption;...|key=message;...".
+std::string rendered(const LanguageSection &s) {
+    std::string out = s.formCaption.value_or("-") + "|";
+    for (const CaptionLine &c : s.captions)
+        out += c.control + (c.index ? "(" + std::to_string(*c.index) + ")" : "") + "=" + c.caption + ";";
+    out += "|";
+    for (const auto &[key, text] : s.messages) out += key + "=" + text + ";";
+    return out;
 }
 
-TEST(LanguageFile, FormSectionsKeepTheirTextAsWritten) {
+// What is read for a form: the global messages with "<cr>" as a line break,
+// its own section up to the next, "<cr>" there as written, and never the main
+// form's caption. Bytes no translator meant are read as they stand; a later
+// "[frmMain]" is a section like any other and ends the reading.
+TEST(LanguageFile, WhatIsReadForAForm) {
     const std::string file =
-        "[frmMain]\r\n"
-        "frmMain=Something Else\r\n"      // the main form keeps its caption
-        "lblInfo=Zeile<cr>noch eine\r\n"  // "<cr>" holds in global messages only
-        "optMode(2)=Zwei\r\n"
-        "optMode(x=Kaputt\r\n"
-        "cmdGo=Los=jetzt\r\n"
-        "unknownControl=nichts\r\n";
-    LanguageSection s = readLanguage(file, "frmMain", true);
-    EXPECT_FALSE(s.formCaption);
-    EXPECT_TRUE(s.messages.empty());
-    ASSERT_EQ(s.captions.size(), 5u);
-    EXPECT_EQ(s.captions[0].caption, "Zeile<cr>noch eine");
-    EXPECT_EQ(s.captions[1].control, "optMode");
-    EXPECT_EQ(s.captions[1].index, 2);
-    EXPECT_EQ(s.captions[2].index, 0);
-    EXPECT_EQ(s.captions[3].caption, "Los=jetzt");
-}
-
-TEST(LanguageFile, HostileFilesAreHarmless) {
-    std::string nul = "[frmMain]\r\ncmdWrite=A\0B\r\n"s;
-    LanguageSection s =
-        readLanguage(nul + "lbl=\xff\xfe\xc3\r\n" + std::string(1 << 20, 'k') + "=v\r\n" +
-                         "no equals\r\n[Global Messages]\r\nmsgX=1\r\nmsgX=2\r\n[frmMain]\r\n" +
-                         "cmdWrite=late\r\n[frmOther]\r\ncmdWrite=other\r\n",
-                     "frmMain", true);
-    ASSERT_GE(s.captions.size(), 3u);
-    EXPECT_EQ(s.captions[0].caption, std::string("A\0B", 3));
-    EXPECT_EQ(s.captions[1].caption, "\xff\xfe\xc3");
-    EXPECT_EQ(s.captions[2].control.size(), 1u << 20);
-    // Duplicates: both are there, in order, so the last one wins when applied.
-    ASSERT_EQ(s.messages.size(), 2u);
-    EXPECT_EQ(s.messages[1].second, "2");
-    // The second "[frmMain]" is a section header behind the form's own: reading stops.
-    for (const CaptionLine &c : s.captions) EXPECT_TRUE(c.caption != "late" && c.caption != "other");
-    EXPECT_TRUE(readLanguage("", "frmMain", true).captions.empty());
-    EXPECT_TRUE(readLanguage("[", "frmMain", true).captions.empty());
-    EXPECT_TRUE(readLanguage("=", "frmMain", true).messages.empty());
+        "# comment=with equals\r\n\r\n"
+        "[Global Messages]\r\n   # msgHidden=an indented "
+        "comment\r\nmsgCancel=&Abbrechen\r\nmsgTwoLines=erste<cr>zweite\r\nmsgEquals=a=b\r\n"
+        "[frmDataCD]\r\nfrmDataCD=Daten-CD\r\ncmdAdd=&Hinzufügen\r\n"
+        "[frmAudioCD]\r\ncmdAdd=&Titel\r\n"
+        "[frmMain]\r\nfrmMain=Something Else\r\nlblInfo=Zeile<cr>noch eine\r\noptMode(2)=Zwei\r\n"
+        "optMode(x=Kaputt\r\ncmdGo=Los=jetzt\r\n";
+    const std::string hostile =
+        "[Global Messages]\r\nmsgX=1\r\nmsgX=2\r\n[frmMain]\r\ncmdWrite=A\0B\r\n"s + "lbl=\xff\xfe\xc3\r\n" +
+        std::string(1 << 20, 'k') +
+        "=v\r\nno equals\r\n[frmMain]\r\ncmdWrite=late\r\n[frmOther]\r\ncmdWrite=other\r\n";
+    const struct {
+        std::string file, form;
+        bool messagesToo;
+        std::string section;
+    } rows[] = {
+        {file, "frmDataCD", false, "Daten-CD|cmdAdd=&Hinzufügen;|"},
+        {file, "frmAudioCD", false, "-|cmdAdd=&Titel;|"},
+        {file, "frmMain", true,
+         "-|lblInfo=Zeile<cr>noch eine;optMode(2)=Zwei;optMode(0)=Kaputt;cmdGo=Los=jetzt;|"
+         "msgCancel=&Abbrechen;msgTwoLines=erste\r\nzweite;msgEquals=a=b;"},
+        {file, "frmLog", true, "-||msgCancel=&Abbrechen;msgTwoLines=erste\r\nzweite;msgEquals=a=b;"},
+        {hostile, "frmMain", true,
+         "-|cmdWrite=A\0B;lbl=\xff\xfe\xc3;"s + std::string(1 << 20, 'k') + "=v;|msgX=1;msgX=2;"},
+        {"", "frmMain", true, "-||"},
+        {"[", "frmMain", true, "-||"},
+        {"=", "frmMain", true, "-||"},
+    };
+    for (const auto &row : rows) {
+        const std::string read = rendered(readLanguage(row.file, row.form, row.messagesToo));
+        EXPECT_TRUE(read == row.section) << row.form << ": " << read.substr(0, 200);
+    }
 }
 
 TEST(LanguageFile, TemplateLayout) {
