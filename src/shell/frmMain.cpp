@@ -49,6 +49,7 @@
 #include "platform/Sounds.h"
 #include "shell/AudioLink.h"
 #include "shell/DataLink.h"
+#include "shell/ExtractLink.h"
 #include "shell/LanguageForms.h"
 #include "shell/SettingsControls.h"
 #include "shell/WriteFrame.h"
@@ -398,6 +399,7 @@ void frmMain::connectHandlers() {
     on(mnuDeviceInfo, "mnuDeviceInfo_Click", [this] { mnuDeviceInfo_Click(); });
     on(mnuErase, "mnuErase_Click", [this] { mnuErase_Click(); });
     on(mnuAudioCD, "mnuAudioCD_Click", [this] { showAudioCD(*this); });
+    on(mnuExtractTracks, "mnuExtractTracks_Click", [this] { showExtractTracks(*this); });
     on(mnuLanguages, "mnuLanguages_Click", [this] { mnuLanguages_Click(); });
     on(mnuSysTrayAbout, "mnuSysTrayAbout_Click", [this] { mnuAbout_Click(); });
     on(mnuRestore, "mnuRestore_Click", [this] { mnuRestore_Click(); });
