@@ -7,7 +7,7 @@
 
 #include "extract/frmExtractTracks.h"
 #include "platform/Dialogs.h"
-#include "platform/DriveLayer.h"
+#include "platform/CurrentDriveLayer.h"
 #include "shell/FreedbLink.h"
 #include "shell/LanguageForms.h"
 #include "shell/frmMain.h"
