@@ -53,10 +53,7 @@ std::string replaceMarkers(std::string_view text, std::span<const Marker> marker
 }
 
 std::string pathValue(std::string_view name) {
-    std::string value = vb::Replace(vb::Replace(cleanName(name), "/", "-"), "\\", "");
-    if (!value.empty() && value.find_first_not_of('.') == std::string::npos)
-        std::replace(value.begin(), value.end(), '.', '_');
-    return value;
+    return vb::Replace(vb::Replace(cleanName(name), "/", "-"), "\\", "");
 }
 
 std::optional<std::string_view> templateProblem(std::string_view pattern) {
@@ -79,6 +76,9 @@ std::vector<std::string> fillTemplate(std::string_view pattern, const NameValues
     std::vector<std::string> out;
     for (const std::string &piece : pieces(pattern)) {
         std::string filled = replaceMarkers(piece, markers);
+        // A name of dots alone would be no name but a way up.
+        if (filled.find_first_not_of('.') == std::string::npos)
+            std::replace(filled.begin(), filled.end(), '.', '_');
         if (!filled.empty()) out.push_back(std::move(filled));
     }
     if (out.empty()) out.push_back(v.number);
@@ -101,8 +101,13 @@ std::optional<std::string> prepareTarget(const std::string &base, const std::vec
     const fs::path target = folder / parts.back();
     failed = folder.string();
     if (!inside(base, target)) return std::nullopt;
-    // The tool replaces the file; opening it first tells a folder it cannot write to.
-    if (!std::ofstream(target.string() + "." + extension, std::ios::app)) return std::nullopt;
+    // A file made and taken away again tells a folder that cannot be written
+    // to; one that is there already is the tool's to replace or keep.
+    const fs::path file = target.string() + "." + extension;
+    if (!fs::exists(file, ec)) {
+        if (!std::ofstream(file)) return std::nullopt;
+        fs::remove(file, ec);
+    }
     failed.clear();
     return target.string();
 }

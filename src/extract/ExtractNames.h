@@ -27,7 +27,7 @@ struct NameValues {
 };
 
 // A name as a piece of a path: "/" becomes "-" and "\" goes, so "AC/DC" stays
-// one name, and a name of dots alone is no way up.
+// one name.
 std::string pathValue(std::string_view name);
 
 // The message key of a template that cannot name a file below the output
@@ -35,7 +35,8 @@ std::string pathValue(std::string_view name);
 std::optional<std::string_view> templateProblem(std::string_view pattern);
 
 // The folders and the file name, below the output folder, that the template
-// gives for a track. "\" and "/" both separate folders; empty pieces drop out.
+// gives for a track. "\" and "/" both separate folders; empty pieces drop out,
+// and a piece of dots alone ("..") has them turned into "_".
 std::vector<std::string> fillTemplate(std::string_view pattern, const NameValues &values);
 
 // Creates the folders below base, level by level, and makes sure the file

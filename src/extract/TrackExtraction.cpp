@@ -35,6 +35,10 @@ TrackExtraction::TrackExtraction(ExtractDisc &disc, const ExtractHost &host, Ext
     : disc_(disc), host_(host), view_(view), objDOS_(objDOS) {
     objDOS_.ReceiveOutputs = [this](const std::string &line) { objDOS_ReceiveOutputs(line); };
     objDOS_.pump = [this] { host_.events(); };
+    // icedax asks for a disc without ending the line, and waits.
+    objDOS_.openLine = [this](const std::string &text) {
+        if (vb::InStr(text, kLoadPrompt) > 0) objDOS_ReceiveOutputs(text);
+    };
 }
 
 std::string TrackExtraction::available() const {

@@ -1,16 +1,17 @@
 // The command runner against real child processes: the helper program
 // scripted_output writes the bytes each test asks for, with pauses between
 // them, so the chunk boundaries are the ones the test means.
-#include <gtest/gtest.h>
+#include "exec/DOSOutputs.h"
 
-#include <chrono>
 #include <dirent.h>
-#include <filesystem>
-#include <fstream>
+#include <gtest/gtest.h>
 #include <sys/resource.h>
 
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+
 #include "exec/CommandRunner.h"
-#include "exec/DOSOutputs.h"
 #include "platform/CommandLine.h"
 #include "testlib/TestSupport.h"
 
@@ -39,7 +40,8 @@ std::string scripted(const std::vector<std::string> &steps) {
     return cmd;
 }
 
-Outcome run(const std::string &command, int bufferSize = 256, std::function<void(DOSOutputs &, const std::string &)> onLine = {}) {
+Outcome run(const std::string &command, int bufferSize = 256,
+            std::function<void(DOSOutputs &, const std::string &)> onLine = {}) {
     Outcome r;
     DOSOutputs dos;
     dos.pump = [&] { ++r.pumps; };
@@ -108,6 +110,17 @@ TEST(DOSOutputs, UnfinishedLineWaitsForTheEndOfTheProcess) {
     EXPECT_TRUE(r.total.empty()) << "the carry is not part of totalOutput";
 }
 
+TEST(DOSOutputs, AQuestionWithoutLineEndIsSeenWhileTheToolWaits) {
+    DOSOutputs dos;
+    Lines open;
+    dos.openLine = [&](const std::string &text) {
+        open.push_back(text);
+        dos.killInstantly();
+    };
+    EXPECT_FALSE(dos.ExecuteCommand(scripted({"out", "insert a disc and press enter", "hang"})));
+    EXPECT_EQ(open, Lines{"insert a disc and press enter"});
+}
+
 TEST(DOSOutputs, SilentProcessSucceedsWithHeartbeats) {
     Outcome r = run(scripted({"sleep", "50"}));
     EXPECT_TRUE(r.result);
@@ -121,7 +134,8 @@ TEST(DOSOutputs, EmptyLinesAndLineEndsAcrossReads) {
     EXPECT_TRUE(run(scripted({"out", "\\r\\n"})).lines.empty());
     EXPECT_EQ(run(scripted({"out", "a\\r\\n\\r\\n"})).lines, (Lines{"a", ""}));
     // A CR LF cut in two by the reads makes one extra empty line.
-    EXPECT_EQ(run(scripted({"out", "a\\r", "sleep", "100", "out", "\\nb\\r\\n"})).lines, (Lines{"a", "", "b"}));
+    EXPECT_EQ(run(scripted({"out", "a\\r", "sleep", "100", "out", "\\nb\\r\\n"})).lines,
+              (Lines{"a", "", "b"}));
     // Standard error arrives through the same pipe.
     EXPECT_EQ(run(scripted({"out", "o\\n", "sleep", "50", "err", "e\\n"})).lines, (Lines{"o", "e"}));
 }
@@ -201,7 +215,17 @@ TEST(DOSOutputs, StartFolderAndArgumentsReachTheProcessUnchanged) {
     EXPECT_EQ(lines, (Lines{folder}));
 
     // Nothing of this is a shell's business.
-    Lines awkward{"a b", "$HOME", "`id`", "x;y", "a&b", "p|q", "back\\slash\\", "q\"uote", "*", "", "\\\\server\\share"};
+    Lines awkward{"a b",
+                  "$HOME",
+                  "`id`",
+                  "x;y",
+                  "a&b",
+                  "p|q",
+                  "back\\slash\\",
+                  "q\"uote",
+                  "*",
+                  "",
+                  "\\\\server\\share"};
     Lines steps{"args"};
     steps.insert(steps.end(), awkward.begin(), awkward.end());
     Outcome r = run(scripted(steps));
@@ -248,14 +272,16 @@ TEST(BatchPipeline, CancelLeavesNoStageAlive) {
     TempDir dir;
     std::string tool = quoteArgument(fixture("scripted_output"));
     const std::string marker = "987654321987";  // a size no other process will carry
-    writeFile(dir.file("command.bat"), "@ECHO OFF\r\n" + tool + " fill " + marker + " x | " + tool + " count\r\n");
+    writeFile(dir.file("command.bat"),
+              "@ECHO OFF\r\n" + tool + " fill " + marker + " x | " + tool + " count\r\n");
     std::vector<int> aliveAtCancel;
-    Outcome r = run(quoteArgument(dir.file("command.bat")), 256, [&](DOSOutputs &dos, const std::string &line) {
-        if (line == "read 5 MB") {
-            aliveAtCancel = processesWithArgument(marker);
-            dos.killInstantly();
-        }
-    });
+    Outcome r =
+        run(quoteArgument(dir.file("command.bat")), 256, [&](DOSOutputs &dos, const std::string &line) {
+            if (line == "read 5 MB") {
+                aliveAtCancel = processesWithArgument(marker);
+                dos.killInstantly();
+            }
+        });
     EXPECT_FALSE(r.result);
     EXPECT_EQ(aliveAtCancel.size(), 1u) << "the writing stage ran until the cancel";
     EXPECT_TRUE(processesWithArgument(marker).empty());
