@@ -11,8 +11,8 @@ namespace saltmarrow {
 
 namespace {
 
-constexpr long kStillRunning = 258;   // the wait's "timed out" result
-constexpr int kLongestIdleWait = 10;  // milliseconds
+constexpr long kStillRunning = 258;  // the wait's "timed out" result
+constexpr int kLongestIdleWait = 10;     // milliseconds
 constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
 
 // Length of the UTF-8 sequence that starts with lead, 0 if lead cannot start one.
@@ -215,8 +215,6 @@ void DOSOutputs::ExecuteCommand(const std::string &commandLine, short &bufferSiz
     result = job.finished() && job.exitCode() == 0;
 }
 
-bool DOSOutputs::killInstantly() {
-    return process_ && process_->kill();
-}
+bool DOSOutputs::killInstantly() { return process_ && process_->kill(); }
 
 }  // namespace saltmarrow

@@ -1,17 +1,16 @@
 // The command runner against real child processes: the helper program
 // scripted_output writes the bytes each test asks for, with pauses between
 // them, so the chunk boundaries are the ones the test means.
-#include "exec/DOSOutputs.h"
-
-#include <dirent.h>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 
 #include <chrono>
+#include <dirent.h>
 #include <filesystem>
 #include <fstream>
+#include <sys/resource.h>
 
 #include "exec/CommandRunner.h"
+#include "exec/DOSOutputs.h"
 #include "platform/CommandLine.h"
 #include "testlib/TestSupport.h"
 
@@ -40,8 +39,7 @@ std::string scripted(const std::vector<std::string> &steps) {
     return cmd;
 }
 
-Outcome run(const std::string &command, int bufferSize = 256,
-            std::function<void(DOSOutputs &, const std::string &)> onLine = {}) {
+Outcome run(const std::string &command, int bufferSize = 256, std::function<void(DOSOutputs &, const std::string &)> onLine = {}) {
     Outcome r;
     DOSOutputs dos;
     dos.pump = [&] { ++r.pumps; };
@@ -134,8 +132,7 @@ TEST(DOSOutputs, EmptyLinesAndLineEndsAcrossReads) {
     EXPECT_TRUE(run(scripted({"out", "\\r\\n"})).lines.empty());
     EXPECT_EQ(run(scripted({"out", "a\\r\\n\\r\\n"})).lines, (Lines{"a", ""}));
     // A CR LF cut in two by the reads makes one extra empty line.
-    EXPECT_EQ(run(scripted({"out", "a\\r", "sleep", "100", "out", "\\nb\\r\\n"})).lines,
-              (Lines{"a", "", "b"}));
+    EXPECT_EQ(run(scripted({"out", "a\\r", "sleep", "100", "out", "\\nb\\r\\n"})).lines, (Lines{"a", "", "b"}));
     // Standard error arrives through the same pipe.
     EXPECT_EQ(run(scripted({"out", "o\\n", "sleep", "50", "err", "e\\n"})).lines, (Lines{"o", "e"}));
 }
@@ -215,17 +212,7 @@ TEST(DOSOutputs, StartFolderAndArgumentsReachTheProcessUnchanged) {
     EXPECT_EQ(lines, (Lines{folder}));
 
     // Nothing of this is a shell's business.
-    Lines awkward{"a b",
-                  "$HOME",
-                  "`id`",
-                  "x;y",
-                  "a&b",
-                  "p|q",
-                  "back\\slash\\",
-                  "q\"uote",
-                  "*",
-                  "",
-                  "\\\\server\\share"};
+    Lines awkward{"a b", "$HOME", "`id`", "x;y", "a&b", "p|q", "back\\slash\\", "q\"uote", "*", "", "\\\\server\\share"};
     Lines steps{"args"};
     steps.insert(steps.end(), awkward.begin(), awkward.end());
     Outcome r = run(scripted(steps));
@@ -272,16 +259,14 @@ TEST(BatchPipeline, CancelLeavesNoStageAlive) {
     TempDir dir;
     std::string tool = quoteArgument(fixture("scripted_output"));
     const std::string marker = "987654321987";  // a size no other process will carry
-    writeFile(dir.file("command.bat"),
-              "@ECHO OFF\r\n" + tool + " fill " + marker + " x | " + tool + " count\r\n");
+    writeFile(dir.file("command.bat"), "@ECHO OFF\r\n" + tool + " fill " + marker + " x | " + tool + " count\r\n");
     std::vector<int> aliveAtCancel;
-    Outcome r =
-        run(quoteArgument(dir.file("command.bat")), 256, [&](DOSOutputs &dos, const std::string &line) {
-            if (line == "read 5 MB") {
-                aliveAtCancel = processesWithArgument(marker);
-                dos.killInstantly();
-            }
-        });
+    Outcome r = run(quoteArgument(dir.file("command.bat")), 256, [&](DOSOutputs &dos, const std::string &line) {
+        if (line == "read 5 MB") {
+            aliveAtCancel = processesWithArgument(marker);
+            dos.killInstantly();
+        }
+    });
     EXPECT_FALSE(r.result);
     EXPECT_EQ(aliveAtCancel.size(), 1u) << "the writing stage ran until the cancel";
     EXPECT_TRUE(processesWithArgument(marker).empty());
