@@ -121,6 +121,7 @@ void frmExtractTracks::buildControls() {
     connect(listFiles, &QTreeWidget::itemChanged, this, [this](QTreeWidgetItem *item) {
         if (filling_) return;
         const int row = listFiles->indexOfTopLevelItem(item);
+        if (row < 0) return;
         host_.run("listFiles_AfterLabelEdit", [&] {
             disc.renameRow(static_cast<std::size_t>(row), item->text(0).toStdString());
             showRows();

@@ -1,11 +1,8 @@
 #ifndef SALTMARROW_TESTS_EXTRACT_EXTRACTRIG_H
 #define SALTMARROW_TESTS_EXTRACT_EXTRACTRIG_H
 
-#include <dirent.h>
-
 #include <QAction>
 #include <QCheckBox>
-#include <QComboBox>
 #include <QPushButton>
 #include <QTreeWidget>
 #include <filesystem>
@@ -22,8 +19,8 @@ inline const std::string kThreeTracks =
     "title3 = \" | rm -rf ~ \"\nartist3 = Guest\n";
 
 // The main window in a program folder whose name is shell syntax, a fake
-// reader with disc in it, Debian's encoders in its tools folder, and the
-// extraction window as mnuExtractTracks opens it.
+// reader with disc in it (none for an empty disc), Debian's encoders in its
+// tools folder, and the extraction window as mnuExtractTracks opens it.
 struct ExtractRig {
     TempDir root;
     const std::string app = root.file("a\" | touch PWNED \"b"), music = root.file("Music");
@@ -45,37 +42,22 @@ struct ExtractRig {
         h->form().mnuExtractTracks->trigger();
         x = h->form().extractTracks;
     }
+    ~ExtractRig() {
+        for (const std::string &folder : {app + "/external", music, std::string(".")})
+            EXPECT_FALSE(std::filesystem::exists(folder + "/PWNED"));
+    }
     std::vector<std::string> rows() const {
         std::vector<std::string> out;
         for (int i = 0; x && i < x->listFiles->topLevelItemCount(); ++i)
             out.push_back(x->listFiles->topLevelItem(i)->text(0).toStdString());
         return out;
     }
-    std::string lastBox() const {
-        return h->dialogs.prompts.empty() ? std::string() : h->dialogs.prompts.back().text;
-    }
+    std::string lastBox() const { return h->dialogs.prompts.empty() ? "" : h->dialogs.prompts.back().text; }
     void extract(int encoder, bool image = false) {
         h->form().settings.setText("UseEncoder", std::to_string(encoder));
         x->chkImageFile->setChecked(image);
         x->listFiles->selectAll();
         x->cmdExtract->click();
-    }
-    // Processes started from the program's folder that still run.
-    bool toolsLeft() const {
-        bool alive = false;
-        DIR *proc = opendir("/proc");
-        while (dirent *e = readdir(proc)) {
-            const int pid = std::atoi(e->d_name);
-            alive |= pid > 0 &&
-                     readFile("/proc/" + std::to_string(pid) + "/cmdline").find(app) != std::string::npos &&
-                     processAlive(pid);
-        }
-        closedir(proc);
-        return alive;
-    }
-    ~ExtractRig() {
-        for (const std::string &folder : {app + "/external", music, std::string(".")})
-            EXPECT_FALSE(std::filesystem::exists(folder + "/PWNED"));
     }
 };
 

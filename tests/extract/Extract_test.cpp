@@ -1,21 +1,22 @@
-// Track extraction without a drive: the scan's lines into rows, the file name
-// template, the command lines of the runs and the lines of a run.
+// Track extraction without a drive: the scan's lines into rows, the names
+// from the database, the file name template and the command lines of a run.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "exec/DOSOutputs.h"
 #include "extract/ExtractCommand.h"
+#include "extract/ExtractDisc.h"
 #include "extract/ExtractNames.h"
-#include "extract/TrackExtraction.h"
 #include "platform/CommandLine.h"
+#include "support/mdlFunctions.h"
 
 using namespace saltmarrow;
+using platform::splitCommandLine;
 using testing::ElementsAre;
 
 namespace {
 
 std::vector<std::string> rowsOf(const ExtractDisc &d) {
-    std::vector<std::string> out{d.extractArtist + " - " + d.extractAlbum};
+    std::vector<std::string> out{d.caption()};
     for (std::size_t i = 0; i < d.count(); ++i)
         out.push_back(d.rows[i].text + "|" + d.track(i).Length + "|" + d.track(i).Artist + "|" +
                       std::to_string(d.rows[i].discTrack));
@@ -25,10 +26,7 @@ std::vector<std::string> rowsOf(const ExtractDisc &d) {
 }  // namespace
 
 TEST(ExtractScan, AudioTracksBecomeRowsNumberedByRows) {
-    struct Case {
-        std::vector<std::string> lines;
-        std::vector<std::string> rows;
-    } cases[] = {
+    const std::vector<std::vector<std::string>> cases[] = {
         // A data track first: rows count from 1, the disc's numbers stay with them.
         {{"Album title: 'It\\'s \\\\Live' from 'AC/DC'",
           "T01:       0 10:00.00 data uninterrupted copydenied N/A",
@@ -37,19 +35,17 @@ TEST(ExtractScan, AudioTracksBecomeRowsNumberedByRows) {
           "T03:   63945  0:05.70 audio linear copyallowed stereo title '' from ''", "Leadout:   64372"},
          {"AC/DC - It's Live", "01 - Backsl'ash|04:12:45|Gu est|2",
           "02 - Unknown Title|00:05:70|Unknown Artist|3"}},
-        // An album with no artist, a disc of data alone, a prompt for a disc.
+        // An album with no artist; a prompt for a disc.
         {{"Album title: 'Album' from ''", "T01:       0 70:00.00 data uninterrupted copydenied N/A"},
          {"Unknown Artist - Album"}},
         {{"load cdrom please and press enter", "T01:"}, {"Unknown Artist - Unknown Album"}},
     };
-    for (const Case &c : cases) {
+    for (const auto &c : cases) {
         ExtractDisc disc;
-        for (const auto &line : c.lines) disc.recieveCDDA2WAV_TOC(line);
-        EXPECT_EQ(rowsOf(disc), c.rows) << c.lines.front();
+        for (const auto &line : c[0]) disc.recieveCDDA2WAV_TOC(line);
+        EXPECT_EQ(rowsOf(disc), c[1]) << c[0].front();
     }
-}
 
-TEST(ExtractScan, DatabaseNamesAndEditedRows) {
     ExtractDisc disc;
     for (const char *line : {"T01:       0  1:00.00 audio linear copydenied stereo title 'A' from 'B'",
                              "T02:    4500  2:00.00 audio linear copydenied stereo title 'C' from 'D'"})
@@ -62,24 +58,15 @@ TEST(ExtractScan, DatabaseNamesAndEditedRows) {
 }
 
 TEST(ExtractNames, TemplateMarkersFoldersAndNamesThatClimb) {
-    struct Case {
-        const char *pattern;
-        NameValues values;
-        const char *path;
-    } cases[] = {
-        {"%1\\%2/%3 - %4 (%5) %6",
-         {"AC/DC", "Back in \\Black", "01", "Hells Bells", "Album"},
+    const std::pair<std::pair<const char *, NameValues>, const char *> cases[] = {
+        {{"%1\\%2/%3 - %4 (%5) %6", {"AC/DC", "Back in \\Black", "01", "Hells Bells", "Album"}},
          "AC-DC/Back in Black/01 - Hells Bells (Album) %6"},
-        {"%4/%3", {"A", "B", "02", "..", "C"}, "__/02"},
-        {"%1%2 %3", {"%2", "x%3", "03", "", ""}, "%2x%3 03"},
-        {"%1//%4", {"", "", "04", "Title", ""}, "Title"},
+        {{"%4/%3", {"A", "B", "02", "..", "C"}}, "__/02"},
+        {{"%1%2 %3", {"%2", "x%3", "03", "", ""}}, "%2x%3 03"},
+        {{"%1//%4", {"", "", "04", "Title", ""}}, "Title"},
     };
-    for (const Case &c : cases) {
-        std::string joined;
-        for (const auto &piece : fillTemplate(c.pattern, c.values))
-            joined += (joined.empty() ? "" : "/") + piece;
-        EXPECT_EQ(joined, c.path) << c.pattern;
-    }
+    for (const auto &[in, path] : cases)
+        EXPECT_EQ(vb::Join(fillTemplate(in.first, in.second), "/"), path) << in.first;
     for (const char *outside : {"/music/%4", "\\%4", "C:\\%4", "../%4", "%1\\..\\%4"})
         EXPECT_EQ(templateProblem(outside), "msgExtractTemplateOutside") << outside;
     for (const char *empty : {"", "  ", "%1/"}) EXPECT_EQ(templateProblem(empty), "msgExtractNoTemplate");
@@ -90,74 +77,32 @@ TEST(ExtractCommand, EveryNameStaysOneArgument) {
     const EncoderRow lame{"Lame", "lame", "--alt-preset standard -Y %in %out",
                           "--tl %2 --tn %3 --tt %4 --ta %5 --add-id3v2", "mp3"};
     const std::string title = "\" | rm -rf ~ \"", target = "/m/O'Neil \"x\"\\/01.mp3";
-    ExtractCall call{"/app/external/cdda2wav",
+    ExtractCall call{"/x/cdda2wav",
                      "/dev/sr0",
                      3,
                      3,
                      false,
-                     "/app/external",
+                     "/x",
                      lame,
                      target,
                      {"Band", "Al %4 bum", "02", title, "O'Neil"}};
     auto stages = platform::splitPipeline(extractCommand(call));
     ASSERT_EQ(stages.size(), 2u);
-    EXPECT_THAT(platform::splitCommandLine(stages[0]), ElementsAre("/app/external/cdda2wav", "dev=/dev/sr0",
-                                                                   "-gui", "-B", "-H", "-x", "-t3+3", "-"));
-    EXPECT_THAT(platform::splitCommandLine(stages[1]),
-                ElementsAre("/app/external/lame", "--alt-preset", "standard", "-Y", "-", target, "--tl",
-                            "Al %4 bum", "--tn", "02", "--tt", title, "--ta", "O'Neil", "--add-id3v2"));
+    EXPECT_THAT(splitCommandLine(stages[0]),
+                ElementsAre("/x/cdda2wav", "dev=/dev/sr0", "-gui", "-B", "-H", "-x", "-t3+3", "-"));
+    EXPECT_THAT(splitCommandLine(stages[1]),
+                ElementsAre("/x/lame", "--alt-preset", "standard", "-Y", "-", target, "--tl", "Al %4 bum",
+                            "--tn", "02", "--tt", title, "--ta", "O'Neil", "--add-id3v2"));
 
     // The image run: no -B, the range of the disc, the old markers and the new.
     call.image = true;
     call.lastTrack = 5;
     call.encoder = {"Old", "enc", "-o %2 %1 %out", "", "x"};
     stages = platform::splitPipeline(extractCommand(call));
-    EXPECT_THAT(platform::splitCommandLine(stages[0]),
+    EXPECT_THAT(splitCommandLine(stages[0]),
                 ElementsAre(testing::_, "dev=/dev/sr0", "-gui", "-H", "-x", "-t3+5", "-"));
-    EXPECT_THAT(platform::splitCommandLine(stages[1]),
-                ElementsAre("/app/external/enc", "-o", target, "-", target));
+    EXPECT_THAT(splitCommandLine(stages[1]), ElementsAre("/x/enc", "-o", target, "-", target));
 
     call.encoder = {"Wave", "", "", "", "wav"};
-    EXPECT_EQ(platform::splitCommandLine(extractCommand(call)).back(), target) << "cdda2wav writes the file";
-    EXPECT_EQ(scanCommand("/e/cdda2wav", "/dev/sr0"),
-              "\"/e/cdda2wav\" dev=/dev/sr0 -J -gui -H -B -v toc,summary,sectors,titles");
-}
-
-TEST(ExtractRun, LinesOfARun) {
-    struct View : ExtractView {
-        std::string panel;
-        int bar = -1, max = 0;
-        void setPanel(int, const std::string &t) override { panel = t; }
-        void setBar(int m, int v) override { max = m, bar = v; }
-        void setCaption(const std::string &) override {}
-        void enableControls(bool) override {}
-        void extractRunning(bool) override {}
-        void showRows() override {}
-    } view;
-    ExtractDisc disc;
-    for (const char *line : {"T02:    0  1:00.00 audio a b c", "T03:    0  1:00.00 audio a b c",
-                             "T04:    0  1:00.00 audio a b c"})
-        disc.recieveCDDA2WAV_TOC(line);
-    ExtractHost host;
-    DOSOutputs dos;
-    TrackExtraction run(disc, host, view, dos);
-    run.chkImageFile = true;
-    struct Case {
-        const char *line;
-        const char *panel;
-        int bar;
-    } cases[] = {{" 12%", "", 12},
-                 {"100%", "", 100},
-                 {"100%  track  2 'T' recorded successfully", "Extracting Track: 2 / 3", 100},
-                 {" track  3 recorded successfully", "Extracting Track: 3 / 3", 100},
-                 {" track  4 recorded successfully", "Extracting Track: 3 / 3", 100},
-                 {"  7% ", "Extracting Track: 3 / 3", 100}};
-    for (const Case &c : cases) {
-        run.objDOS_ReceiveOutputs(c.line);
-        EXPECT_EQ(view.panel, c.panel) << c.line;
-        EXPECT_EQ(view.bar, c.bar) << c.line;
-    }
-    EXPECT_EQ(view.max, 100);
-    run.objDOS_ReceiveOutputs("load cdrom please and press enter");
-    EXPECT_TRUE(run.noDisc);
+    EXPECT_EQ(splitCommandLine(extractCommand(call)).back(), target) << "cdda2wav writes the file";
 }

@@ -1,6 +1,5 @@
 // The user's jobs from end to end: the main window with the fake drive in
 // its tools folder, real sheets on disk, the questions answered by script.
-#include <dirent.h>
 #include <gtest/gtest.h>
 
 #include <QApplication>
@@ -181,16 +180,7 @@ TEST_F(Jobs, CancelDuringTheWriteLeavesNoToolBehind) {
     EXPECT_TRUE(clicked);
     EXPECT_TRUE(f().writeCancelled);
     EXPECT_EQ(status(), "Write Operation Cancelled.");
-    bool alive = false;
-    DIR *proc = opendir("/proc");
-    while (dirent *e = readdir(proc)) {
-        const int pid = std::atoi(e->d_name);
-        if (pid > 0 && readFile("/proc/" + std::to_string(pid) + "/cmdline").find(app) != std::string::npos &&
-            processAlive(pid))
-            alive = true;
-    }
-    closedir(proc);
-    EXPECT_FALSE(alive);
+    EXPECT_TRUE(livingProcessesNaming(app).empty());
 }
 
 TEST_F(Jobs, TheCommandLineStartsTheWriteOnceTheWindowShows) {
