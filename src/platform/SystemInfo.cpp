@@ -1,6 +1,7 @@
 #include "platform/SystemInfo.h"
 
 #include <fstream>
+#include <langinfo.h>
 #include <sys/utsname.h>
 
 namespace saltmarrow::platform {
@@ -21,5 +22,9 @@ std::string platformVersion() {
     return kernel + "\t" + distribution;
 }
 
+std::string localeCodeset() {
+    const char *codeset = nl_langinfo(CODESET);
+    return codeset ? codeset : "";
+}
 
 }  // namespace saltmarrow::platform

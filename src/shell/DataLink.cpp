@@ -3,11 +3,18 @@
 #include <QAction>
 #include <QCoreApplication>
 #include <QMenu>
+#include <QLabel>
+#include <QProgressBar>
+#include <QPushButton>
 #include <QScreen>
+#include <QTimer>
 
 #include "data/NewDataJob.h"
+#include "platform/EventWait.h"
+#include "platform/SystemInfo.h"
 #include "shell/LanguageForms.h"
 #include "support/ErrorReport.h"
+#include "support/TimeText.h"
 
 namespace saltmarrow {
 
@@ -52,9 +59,32 @@ DataFormHost DataLink::formHost() {
     host.guard = [this](const char *procedure, const std::function<void()> &handler) {
         guard(procedure, handler);
     };
-    // startBuild stays empty: cmdBurn makes no image and writes nothing yet,
-    // it only stops a running add.
+    data::IsoBuildHost &build = host.build;
+    build.tempFolder = m->appDir + "/external/TEMP";
+    build.mkisofs = m->paths.strMkisofs;
+    build.charset = data::isoCharset(platform::localeCodeset());
+    build.waitForEvents = platform::waitForEvents;
+    build.writeCommandLog = [m](const std::string &line) { m->runner.log.writeLine(line); };
+    build.ChangeCurrentMode = [m](const std::string &mode) { m->ChangeCurrentMode(mode); };
+    build.setMainProgressMax = [m](int max) { m->ProgressBar1->setMaximum(max); };
+    build.elapsedText = [m](long seconds) {
+        return elapsedTimeText(seconds, m->msg("msgTimeHrs"), m->msg("msgTimeMins"), m->msg("msgTimeSecs"));
+    };
+    build.handOver = [this](const discops::DataDisc &disc, const std::string &label, bool autoWrite) {
+        handOver(disc, label, autoWrite);
+    };
     return host;
+}
+
+void DataLink::handOver(const discops::DataDisc &disc, const std::string &label, bool autoWrite) {
+    main_.dataDisc = disc;
+    main_.setStatus(label);
+    main_.sbPanel[0]->setText(QString::fromStdString(label));
+    main_.ChangeCurrentMode(form_->project.blnDVD ? "DATA DVD" : "DATA CD");
+    main_.slot.strFilename.clear();
+    form_->hide();
+    while (form_->isVisible()) QCoreApplication::processEvents();
+    if (autoWrite) QTimer::singleShot(0, main_.cmdWrite, [m = &main_] { m->cmdWrite->click(); });
 }
 
 void DataLink::newDataJob(bool isDVD, bool isVideo) {

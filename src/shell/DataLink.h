@@ -22,6 +22,8 @@ public:
 
 private:
     DataFormHost formHost();
+    // The project goes to the main window, which writes it with writeDataCD.
+    void handOver(const discops::DataDisc &disc, const std::string &label, bool autoWrite);
     void guard(const char *procedure, const std::function<void()> &handler);
 
     frmMain &main_;

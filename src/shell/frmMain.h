@@ -12,6 +12,7 @@
 
 #include "devices/DeviceHost.h"
 #include "devices/DeviceInfo.h"
+#include "discops/DataWrite.h"
 #include "discops/Fragments.h"
 #include "discops/ImageSlot.h"
 #include "exec/CommandRunner.h"
@@ -131,6 +132,7 @@ public:
     // The image slot, and the temporary folder of a compiled audio project.
     discops::ImageSlot slot;
     std::string strTempName;
+    discops::DataDisc dataDisc;  // what the data form handed over for writeDataCD
     // The jobs of the mastering and copy forms, where they exist.
     std::function<void()> copyDisc;
     std::function<void()> writeDataCD;
