@@ -1,10 +1,11 @@
 #include "data/IsoBuild.h"
 
+#include <unistd.h>
+
 #include <cmath>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
-#include <unistd.h>
 
 #include "platform/CommandLine.h"
 #include "platform/Dialogs.h"
@@ -104,7 +105,8 @@ std::string pathListEntry(std::string_view relativePath, std::string_view name, 
                           bool isFolder, std::string_view emptyFolder) {
     // The tree joins names with "\"; on the disc they are joined with "/".
     const std::string destination = std::string(relativePath) + "\\" + std::string(name);
-    if (isFolder) return Replace(Replace(destination, "\\", "/"), "=", "\\=") + "=" + graftSource(emptyFolder);
+    if (isFolder)
+        return Replace(Replace(destination, "\\", "/"), "=", "\\=") + "=" + graftSource(emptyFolder);
     std::string entry = Replace(Replace(destination, "=", "\\="), "\\", "/") + "=" + graftSource(source);
     // The turn of "\" into "/" made "/=" of every escape; this puts them back.
     return Replace(entry, "/=", "\\=");
@@ -139,7 +141,8 @@ std::string getIsoCommand(const IsoCommandInput &in) {
             command += std::string(d.option) + platform::quoteArgument(iso.text(d.field)) + " ";
     if (iso.checked(IsoBox::BootImage)) {
         command += "-b BootImage.img -c BootCatalog.cat -hide BootImage.img -hide BootCatalog.cat ";
-        if (iso.checked(IsoBox::Joliet)) command += " -hide-joliet BootImage.img -hide-joliet BootCatalog.cat ";
+        if (iso.checked(IsoBox::Joliet))
+            command += " -hide-joliet BootImage.img -hide-joliet BootCatalog.cat ";
         if (iso.checked(IsoBox::NoEmulation)) command += "-no-emul-boot ";
         if (iso.checked(IsoBox::LoadSize))
             command += "-boot-load-size " + numberText(vb::Val(iso.text(IsoField::LoadSize))) + " ";
@@ -188,14 +191,16 @@ bool IsoBuild::buildFileList(bool createISO) {
         const std::size_t slash = tag.find('\\');
         const std::string relative = slash == std::string::npos ? std::string() : tag.substr(slash);
         for (const ItemView &item : project.items(node)) {
-            if (const auto now = std::chrono::steady_clock::now(); now - lastPump > std::chrono::milliseconds(10)) {
+            if (const auto now = std::chrono::steady_clock::now();
+                now - lastPump > std::chrono::milliseconds(10)) {
                 lastPump = now;
                 if (job_.host().letEventsRun) job_.host().letEventsRun();
             }
             const std::string source = item.SourcePath();
             if (video) {
                 // The staging folder mirrors the disc: a folder for each folder, a link for each file.
-                const std::string at = staging + Replace(relative, "\\", "/") + "/" + std::string(item.Name());
+                const std::string at =
+                    staging + Replace(relative, "\\", "/") + "/" + std::string(item.Name());
                 if (item.isFolder())
                     fs::create_directory(at, ec);
                 else
@@ -260,14 +265,18 @@ void IsoBuild::cmdBurn_Click(const BurnClick &click) {
         project.strISOFilename = *target;
         // The image grows under a name of its own and takes the user's name
         // only when it is whole: an old file of that name survives a failed build.
-        partFile_ = (fs::path(*target).parent_path() / (".saltmarrow-" + std::to_string(getpid()) + ".iso")).string();
+        partFile_ =
+            (fs::path(*target).parent_path() / (".saltmarrow-" + std::to_string(getpid()) + ".iso")).string();
         options = " -o " + platform::quoteArgument(partFile_) + options;
         label = vb::UCase(text("msgISOImage"));
     } else {
-        label = vb::UCase(text(project.blnDVDVideo ? "msgDVDVideo" : project.blnDVD ? "msgDataDVD" : "msgDataCD"));
+        label = vb::UCase(text(project.blnDVDVideo ? "msgDVDVideo"
+                               : project.blnDVD    ? "msgDataDVD"
+                                                   : "msgDataCD"));
     }
     if (host_.setMainProgressMax)
-        host_.setMainProgressMax(project.total <= 1048576 ? 1 : static_cast<int>(project.total / 1024 / 1024));
+        host_.setMainProgressMax(project.total <= 1048576 ? 1
+                                                          : static_cast<int>(project.total / 1024 / 1024));
     if (!click.mnuAutoWrite && !click.chkCreateISO) {
         std::string question = text("msgISOSize") + std::to_string(std::llround(project.total / 1048576)) +
                                text("msgDataLoadMain");

@@ -1,8 +1,9 @@
 #include "platform/SystemInfo.h"
 
-#include <fstream>
 #include <langinfo.h>
 #include <sys/utsname.h>
+
+#include <fstream>
 
 namespace saltmarrow::platform {
 

@@ -1,15 +1,18 @@
 #include "shell/DataLink.h"
 
 #include <QAction>
+#include <QCheckBox>
 #include <QCoreApplication>
-#include <QMenu>
 #include <QLabel>
+#include <QMenu>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QScreen>
 #include <QTimer>
 
 #include "data/NewDataJob.h"
+#include "data/frmISOSettings.h"
+#include "exec/frmLog.h"
 #include "platform/EventWait.h"
 #include "platform/SystemInfo.h"
 #include "shell/LanguageForms.h"
@@ -27,6 +30,41 @@ DataLink::DataLink(frmMain &main, const ShellEnvironment &env) : main_(main), en
                              const std::string procedure = name.toStdString() + "_Click";
                              guard(procedure.c_str(), [&] { newDataJob(kind.first, kind.second); });
                          });
+    main.writeDataCD = [this] { writeData(false); };
+    main.writeDVDImage = [this] { writeData(true); };
+}
+
+void DataLink::writeData(bool image) {
+    frmMain &m = main_;
+    discops::DataWriteClick click;
+    click.dvd = image || m.currentMode == "DATA DVD";
+    click.panel = m.writePanel();
+    click.settings = m.fragmentSettings();
+    click.availableInterfaces = m.deviceState.availableInterfaces;
+    click.confirmWrite = m.mnuConfirmWrite->isChecked();
+    if (form_) {
+        click.chkMulti = form_->iso()->box(data::IsoBox::Multi)->isChecked();
+        click.chkImport = form_->iso()->box(data::IsoBox::Import)->isChecked();
+    }
+    click.disc = m.dataDisc;
+    click.mkisofs = m.paths.strMkisofs;
+    click.dvdTool = m.paths.strdvdrecord;
+    click.tempFolder = m.appDir + "/external/TEMP";
+    discops::DataWriteHost host;
+    host.enableControls = [&m](bool enable) { m.enableControls(enable, false); };
+    host.refreshMedia = [&m] {
+        m.updateMediaInfo(false, false, false);
+        return m.writePanel();
+    };
+    host.offerErase = m.offerErase;
+    host.clearLog = [&m] { m.log->clearLog(); };
+    host.setProgressMax = [&m](int max) { m.ProgressBar1->setMaximum(std::max(max, 1)); };
+    host.writeFrame = [&m](const std::string &command) { m.writeFrame(command); };
+    const DeviceHost devices = m.deviceHost();
+    if (image)
+        discops::writeDVDImage(click, m.deviceState, devices, m.slot, host);
+    else
+        discops::writeDataCD(click, m.deviceState, devices, m.slot, host);
 }
 
 void DataLink::guard(const char *procedure, const std::function<void()> &handler) {
