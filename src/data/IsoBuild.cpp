@@ -233,15 +233,18 @@ std::string IsoBuild::getIsoCommand(const IsoSettings &iso) const {
 void IsoBuild::cmdBurn_Click(const BurnClick &click) {
     DataProject &project = job_.project();
     const DataHost &host = job_.host();
+    cancelled_ = false;
     job_.enableControls(false);
     // Whatever happens below, the form is given back.
     struct Restore {
-        DataJob &job;
+        IsoBuild &build;
         ~Restore() {
-            job.enableControls(true);
-            job.updateSize();
+            build.job_.enableControls(true);
+            build.job_.updateSize();
+            // A cancelled build says so, not what the project holds.
+            if (build.cancelled_) build.status(build.text("msgWriteCancelled"));
         }
-    } restore{job_};
+    } restore{*this};
 
     if (!buildFileList(click.chkCreateISO)) {
         if (!project.cancelFlag) host.ask(text("msgAddData"), mb::Information);
@@ -293,7 +296,6 @@ void IsoBuild::cmdBurn_Click(const BurnClick &click) {
 void IsoBuild::makeImage(const std::string &options) {
     const DataHost &host = job_.host();
     building_ = true;
-    cancelled_ = false;
     if (host.showProgress) host.showProgress(100, 0);
     status(text("msgScanningFiles"));
     const auto start = std::chrono::steady_clock::now();
