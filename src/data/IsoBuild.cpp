@@ -325,10 +325,9 @@ void IsoBuild::makeImage(const std::string &options) {
 bool IsoBuild::cancelClick(const std::string &caption) {
     if (!building_) return job_.cancelClick(caption);
     if (caption != text("msgCancel")) return false;
+    // The partial image goes once the tool has ended.
     cancelled_ = true;
     objDOS.killInstantly();
-    std::error_code ec;
-    fs::remove(partFile_, ec);
     status(text("msgWriteCancelled"));
     return true;
 }
