@@ -11,6 +11,8 @@
 
 #include "platform/Volume.h"
 
+class QWidget;
+
 namespace saltmarrow {
 
 namespace platform {
@@ -52,12 +54,15 @@ struct AudioHost {
     // autoWrite the write starts at once.
     std::function<void(const std::string &tocPath, bool autoWrite)> loadCompiledToc;
     std::function<std::optional<FreedbResult>(const std::vector<long> &lengthsMs)> QueryFreedb;
+    // The disc database dialog in length mode: the lengths ("mm:ss:ff") of the
+    // entry the user found, and its names; nothing when cancelled.
+    std::function<std::optional<std::pair<std::vector<std::string>, FreedbResult>>()> GetTrackLengths;
     std::function<void(const std::string &path)> openDocument;  // the desktop's handler
     // Runs one event handler of the form under the error report.
     std::function<void(const char *procedure, const std::function<void()> &handler)> guard;
-    // Play lists and sheets ("CUE", "TOC", "M3U", "PLS", "BPL") into the project.
-    std::function<void(const std::string &kind, const std::string &path)> importList;
     std::function<bool()> tooltipsShown;  // the main form's mnuMouseOver
+    // A dialog of the audio window takes the captions of the user's language.
+    std::function<void(QWidget *form)> translateForm;
 
     // The text of key. A few texts the table does not know yet fall back to
     // English, so that a language file may still translate them.

@@ -6,6 +6,7 @@
 #include <ctime>
 #include <filesystem>
 
+#include "audio/ListImport.h"
 #include "audio/mdlMediaInfo.h"
 #include "platform/Dialogs.h"
 #include "support/TimeText.h"
@@ -19,7 +20,7 @@ namespace mb = platform::mb;
 namespace {
 
 constexpr std::string_view kAudioKinds[] = {"MP3", "MP2", "WAV", "OGG", "FLAC", "AAC", "MP4", "MPC", "APE"};
-constexpr std::string_view kListKinds[] = {"CUE", "TOC", "M3U", "PLS", "BPL"};
+constexpr std::string_view kListKinds[] = {"CUE", "TOC", "M3U", "M3U8", "PLS", "BPL"};
 // The kinds whose headers the readers know; the others give no length.
 constexpr std::string_view kReadableKinds[] = {"MP3", "MP2", "OGG", "FLAC", "WAV"};
 
@@ -112,7 +113,7 @@ AddResult AudioProject::addTrack(const std::string &FullPath, const std::string 
     const std::string extension = extensionOf(FullPath);
     if (!oneOf(extension, kAudioKinds)) {
         if (!oneOf(extension, kListKinds)) return AddResult::Ignored;
-        if (host.importList) host.importList(extension, FullPath);
+        importList(*this, extension, FullPath, options, host);
         return AddResult::Routed;
     }
     if (vb::InStr(options.audioExtensions, vb::LCase(extension), vb::Compare::Text) == 0)

@@ -52,6 +52,9 @@ public:
     std::string strAlbumArtist;
     std::string strAlbumCatalog;
     double totalUsed = 0;  // seconds
+    // The play lists being read now: a list that names itself, or one that
+    // names it back, is not read again.
+    std::vector<std::string> listsOpen;
 
     std::size_t count() const { return rows.size(); }
     AudioObjects &track(std::size_t row) { return colAllTracks.at(rows.at(row).Tag); }
@@ -59,7 +62,7 @@ public:
     std::optional<std::size_t> selectedRow() const;
 
     // One file at the end of the list; an empty Pause or Length takes the
-    // default. Play lists and sheets go to host.importList.
+    // default. Play lists and sheets are imported (ListImport.h).
     AddResult addTrack(const std::string &FullPath, const std::string &Pause, const std::string &Start,
                        const std::string &Length, const AddOptions &options, const AudioHost &host);
     // The plain files of one folder, without its lists and sheets, in order.

@@ -22,6 +22,7 @@
 #include <climits>
 #include <filesystem>
 
+#include "audio/frmTrackProperties.h"
 #include "platform/Dialogs.h"
 #include "support/TimeText.h"
 #include "support/mdlFunctions.h"
@@ -100,6 +101,11 @@ frmAudioCD::frmAudioCD(AudioHost host, QWidget *owner)
     buildMenus();
     connectHandlers();
     resize(640, 420);
+    showTrackProperties = [this](std::size_t row) {
+        frmTrackProperties dialog(project, host_, this);
+        dialog.loadTrack(row);
+        dialog.exec();
+    };
 }
 
 frmAudioCD::~frmAudioCD() = default;
@@ -130,6 +136,7 @@ void frmAudioCD::buildControls() {
     listFiles->setSelectionBehavior(QAbstractItemView::SelectRows);
     listFiles->setColumnHidden(kColumnPosition, true);
     listFiles->setContextMenuPolicy(Qt::CustomContextMenu);
+    listViewport_ = listFiles->viewport();
     listFiles->viewport()->setAcceptDrops(true);
     listFiles->viewport()->installEventFilter(this);
     listFiles->installEventFilter(this);
@@ -194,7 +201,7 @@ void frmAudioCD::buildMenus() {
     mnuPause = item(mnuList, "mnuPause", "&All to Current Pause");
     mnuFilterFilename = item(mnuList, "mnuFilterFilename", "CD-Text from &Filename...");
     mnuSplit = item(mnuList, "mnuSplit", "&Split Track...");
-    mnuSplit->setEnabled(false);  // splitting comes with the track properties
+    mnuSplitLengths = item(mnuList, "mnuSplitLengths", "Split by &Lengths...");
     mnuList->addSeparator();
     mnuProperties = item(mnuList, "mnuProperties", "&Properties...");
     mnuOptions = menu("mnuOptions", "&Options");
@@ -234,6 +241,8 @@ void frmAudioCD::connectHandlers() {
     on(mnuSaveTracklist, "mnuSaveTracklist_Click", [this] { mnuSaveTracklist_Click(); });
     on(mnuProperties, "mnuProperties_Click", [this] { mnuProperties_Click(); });
     on(mnuFilterFilename, "mnuFilterFilename_Click", [this] { mnuFilterFilename_Click(); });
+    on(mnuSplit, "mnuSplit_Click", [this] { mnuSplit_Click(); });
+    on(mnuSplitLengths, "mnuSplitLengths_Click", [this] { mnuSplitLengths_Click(); });
     on(mnuCDText, "mnuCDText_Click", [this] { mnuCDText_Click(); });
     on(mnuWaveGain, "mnuWaveGain_Click", [] {});
     on(mnuAutoWrite, "mnuAutoWrite_Click",
@@ -274,6 +283,8 @@ void frmAudioCD::Form_Load() {
     savedCompileCaption = s(cmdCompile->text());
     cmdFreedb->setEnabled(static_cast<bool>(host_.QueryFreedb));
     mnuProperties->setEnabled(static_cast<bool>(showTrackProperties));
+    // Without the database both entries would ask for typed lengths.
+    mnuSplitLengths->setVisible(static_cast<bool>(host_.GetTrackLengths));
     enableTooltips(host_.tooltipsShown && host_.tooltipsShown());
     updateTotals();
 }
@@ -465,6 +476,20 @@ void frmAudioCD::mnuFilterFilename_Click() {
     showRows();
 }
 
+void frmAudioCD::split(SplitSource source) {
+    if (!splitTrack(project, source, mnuCDText->isChecked(), host_)) return;
+    showRows();
+    updateTotals();
+}
+
+void frmAudioCD::mnuSplit_Click() {
+    split(host_.GetTrackLengths ? SplitSource::Database : SplitSource::Typed);
+}
+
+void frmAudioCD::mnuSplitLengths_Click() {
+    split(SplitSource::Typed);
+}
+
 void frmAudioCD::mnuCDText_Click() {
     host_.setValue("UseCDText", truth(mnuCDText->isChecked()));
     takeSelection();
@@ -537,14 +562,14 @@ void frmAudioCD::resizeEvent(QResizeEvent *event) {
 }
 
 bool frmAudioCD::eventFilter(QObject *watched, QEvent *event) {
-    if (watched == listFiles->viewport() &&
+    if (watched == listViewport_ &&
         (event->type() == QEvent::DragEnter || event->type() == QEvent::DragMove)) {
         auto *drag = static_cast<QDropEvent *>(event);
         if (!drag->mimeData()->hasUrls() || busy_) return false;
         drag->acceptProposedAction();
         return true;
     }
-    if (watched == listFiles->viewport() && event->type() == QEvent::Drop) {
+    if (watched == listViewport_ && event->type() == QEvent::Drop) {
         auto *drop = static_cast<QDropEvent *>(event);
         std::vector<std::string> paths;
         for (const QUrl &url : drop->mimeData()->urls())

@@ -9,6 +9,7 @@
 #include "audio/AudioCompile.h"
 #include "audio/AudioHost.h"
 #include "audio/AudioProject.h"
+#include "audio/TrackSplit.h"
 #include "exec/DOSOutputs.h"
 
 class QAction;
@@ -43,6 +44,10 @@ public:
     void mnuSaveTracklist_Click();
     void mnuProperties_Click();
     void mnuFilterFilename_Click();
+    // The disc database's lengths where there is a database, else typed ones;
+    // mnuSplitLengths always asks for typed ones.
+    void mnuSplit_Click();
+    void mnuSplitLengths_Click();
     void mnuCDText_Click();
     void mnuTempFolder_Click();
     void cmdFreedb_Click();
@@ -63,7 +68,7 @@ public:
     std::string audioExtensions;
     DecoderCommands decoders;
     std::string savedCompileCaption;
-    // The track properties dialog, where there is one.
+    // The track properties dialog on a row, modal.
     std::function<void(std::size_t row)> showTrackProperties;
 
     QTreeWidget *listFiles;
@@ -74,7 +79,7 @@ public:
     QMenu *mnuFile, *mnuList, *mnuOptions;
     QAction *mnuAddFiles, *mnuAddFolder, *mnuSaveTracklist, *mnuClear;
     QAction *mnuTrackUp, *mnuTrackDown, *mnuRemoveFile, *mnuPause, *mnuFilterFilename, *mnuSplit,
-        *mnuProperties;
+        *mnuSplitLengths, *mnuProperties;
     QAction *mnuCDText, *mnuWaveGain, *mnuAutoWrite, *mnuTempFolder;
 
     AudioCompile &compiler() { return compile_; }
@@ -83,6 +88,9 @@ protected:
     void closeEvent(QCloseEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
+    // Taken once: the filter still sees events while the list is torn down,
+    // when asking the list for its viewport is no longer safe.
+    QObject *listViewport_ = nullptr;
 
 private:
     void buildControls();
@@ -94,6 +102,7 @@ private:
     AddOptions addOptions() const;
     void batch(const std::function<void()> &adding);
     void moveSelected(bool up);
+    void split(SplitSource source);
 
     // CompileView
     std::int64_t barValue() const override;

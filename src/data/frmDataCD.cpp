@@ -150,6 +150,7 @@ void frmDataCD::buildControls() {
     listFiles->setColumnHidden(2, true);
     listFiles->header()->setStretchLastSection(false);
     listFiles->header()->setSectionResizeMode(0, QHeaderView::Stretch);
+    listViewport_ = listFiles->viewport();
     listFiles->viewport()->setAcceptDrops(true);
     imgSplitter = new QSplitter(Qt::Horizontal, central);
     imgSplitter->setObjectName("imgSplitter");
@@ -469,7 +470,7 @@ void frmDataCD::drop(const std::vector<std::string> &paths) {
 }
 
 bool frmDataCD::eventFilter(QObject *watched, QEvent *event) {
-    if (watched == listFiles->viewport()) {
+    if (watched == listViewport_) {
         if (event->type() == QEvent::DragEnter || event->type() == QEvent::DragMove ||
             event->type() == QEvent::Drop) {
             auto *e = static_cast<QDropEvent *>(event);

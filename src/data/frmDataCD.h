@@ -89,6 +89,9 @@ public:
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
+    // Taken once: the filter still sees events while the list is torn down,
+    // when asking the list for its viewport is no longer safe.
+    QObject *listViewport_ = nullptr;
     void changeEvent(QEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     void showEvent(QShowEvent *event) override;

@@ -7,9 +7,10 @@
 #include <QTimer>
 
 #include "audio/frmAudioCD.h"
-#include "support/AtomicFile.h"
+#include "shell/FreedbLink.h"
 #include "shell/LanguageForms.h"
 #include "shell/frmMain.h"
+#include "support/AtomicFile.h"
 #include "support/ErrorReport.h"
 #include "support/mdlFunctions.h"
 
@@ -43,6 +44,17 @@ AudioHost audioHost(frmMain &main) {
         });
     };
     host.tooltipsShown = [&main] { return main.mnuMouseOver->isChecked(); };
+    host.QueryFreedb = queryFreedbHook(main);
+    if (auto lengths = getTrackLengthsHook(main))
+        host.GetTrackLengths =
+            [lengths]() -> std::optional<std::pair<std::vector<std::string>, FreedbResult>> {
+            auto found = lengths();
+            if (!found) return std::nullopt;
+            return std::make_pair(std::move(found->lengths), std::move(found->names));
+        };
+    host.translateForm = [&main](QWidget *form) {
+        applyLanguage(form, false, main.settings.text("Language"), main.messages, main.appDir);
+    };
     return host;
 }
 

@@ -122,6 +122,8 @@ inline constexpr SettingRow kSettingsTable[] = {
     {"[Data DVD]", "DVDSortableDate", SettingForm::Bool, "", ""},
     {"[Freedb Settings]", "Server", SettingForm::Int, "", ""},
     {"[Freedb Settings]", "ServerList", SettingForm::Text, "gnudb.gnudb.org|", ""},
+    // The web site of the search by words.
+    {"[Freedb Settings]", "SearchSite", SettingForm::Text, "http://www.gnudb.org", ""},
     {"[Freedb Settings]", "Email", SettingForm::Text, "", ""},
     {"[Encoder Settings]", "EncoderSettings", SettingForm::Fields, "", ""},
     {"[Encoder Settings]", "UseEncoder", SettingForm::Int, "", ""},

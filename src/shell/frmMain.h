@@ -91,6 +91,7 @@ public:
     // Closing as the user would: false when the user stopped it.
     bool queryUnload();
     void Form_Unload();
+    // What the program around it gave the form: dialogs, error reporter, ...
     const ShellEnvironment &environment() const { return env_; }
     // Where the program is started with "/langtemplate".
     bool langTemplateRequested() const { return langTemplate_; }

@@ -57,7 +57,6 @@ TEST(AudioProject, AddingChecksKindDecoderRateAndChannelsInThatOrder) {
         EXPECT_EQ(h.boxes(), c.box.empty() ? std::vector<std::string>{} : std::vector<std::string>{c.box})
             << c.file;
     }
-    EXPECT_EQ(h.imports, std::vector<std::string>{"CUE " + dir.file("list.cue")});
     ASSERT_EQ(p.count(), 2u);
     const AudioObjects &a = p.track(0);
     EXPECT_EQ(a.Pause + a.Length + a.OrigLength + a.Index + a.PregapType, "00:02:0000:05:0000:05:0001PREGAP");

@@ -34,7 +34,7 @@ struct AudioTestHost {
     platform::ScriptedDialogs dialogs;
     MessageTable messages;
     std::map<std::string, std::string, std::less<>> settings;
-    std::vector<std::string> log, imports;
+    std::vector<std::string> log;
     std::string tempName, loaded;
     std::optional<platform::VolumeSpace> space;
     AudioHost host;
@@ -52,9 +52,6 @@ struct AudioTestHost {
         host.tempName = [this] { return tempName; };
         host.setTempName = [this](const std::string &t) { tempName = t; };
         host.writeCommandLog = [this](const std::string &line) { log.push_back(line); };
-        host.importList = [this](const std::string &kind, const std::string &p) {
-            imports.push_back(kind + " " + p);
-        };
         host.freeSpace = [this](const std::string &p) { return space ? space : platform::volumeSpace(p); };
         host.loadCompiledToc = [this](const std::string &toc, bool) { loaded = toc; };
     }

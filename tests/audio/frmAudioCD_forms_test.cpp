@@ -59,7 +59,7 @@ TEST(AudioWindow, KeysTheDiscDatabaseAndWhatIsNotThere) {
     form.Form_Load();
     EXPECT_EQ(form.audioExtensions, "*.wav") << "no decoder, no other kind";
     EXPECT_FALSE(form.mnuWaveGain->isEnabled()) << "no WaveGain tool";
-    EXPECT_FALSE(form.mnuSplit->isEnabled());
+    EXPECT_FALSE(form.mnuSplitLengths->isVisible()) << "without the database mnuSplit asks for typed lengths";
 
     form.dropFiles({music.file("b.wav"), music.file("a.wav")});
     EXPECT_EQ(rowTexts(form.listFiles), (std::vector<std::string>{"a 00:04:00", "b 00:03:00"}));
