@@ -100,8 +100,9 @@ double dvdRoom(const DataWriteClick &click, const DeviceHost &deviceHost) {
         const platform::DriveLayer &layer = deviceHost.driveLayer();
         const std::string device = layer.dvdDevice(layer.addressOf(click.panel.cmbWriterDevice),
                                                    click.settings.chkUseSPTI == 1, true);
-        const ToolRun run =
-            deviceHost.executeTool(deviceHost.mediaInfoTool, " " + platform::quoteArgument(device));
+        std::string arguments = " ";
+        arguments += platform::quoteArgument(device);
+        const ToolRun run = deviceHost.executeTool(deviceHost.mediaInfoTool, arguments);
         room = static_cast<double>(dvdFreeBlocks(run.output)) * 2048;
     }
     deviceHost.setMode(mode);
