@@ -5,7 +5,8 @@
 
 #include "platform/QtDialogs.h"
 #include "platform/Sounds.h"
-#include "shell/WriteFrame.h"
+#include "platform/SystemInfo.h"
+#include "shell/VersionText.h"
 #include "shell/frmMain.h"
 #include "support/frmErrorReport.h"
 
@@ -17,15 +18,16 @@ int main(int argc, char **argv) {
     QStringList args = QApplication::arguments();
     args.removeFirst();
     std::string commandLine = args.join(' ').toStdString();
-    const std::string version = saltmarrow::versionText(SALTMARROW_VERSION_MAJOR, SALTMARROW_VERSION_MINOR,
-                                                        SALTMARROW_VERSION_PATCH);
+    const std::string version =
+        saltmarrow::versionText(SALTMARROW_VERSION_MAJOR, SALTMARROW_VERSION_MINOR, SALTMARROW_VERSION_PATCH);
 
     saltmarrow::platform::QtDialogs dialogs;
     saltmarrow::platform::BeepSounds sounds;
     saltmarrow::frmMain *mainForm = nullptr;
     saltmarrow::QtErrorReporter errors(
-        sounds, [&mainForm] { return "saltmarrow" + (mainForm ? mainForm->msg("msgErrorReport") : std::string()); },
-        version);
+        [&sounds] { sounds.play("SystemHand", true); },
+        [&mainForm] { return "saltmarrow" + (mainForm ? mainForm->msg("msgErrorReport") : std::string()); },
+        version, saltmarrow::platform::platformVersion());
 
     saltmarrow::ShellEnvironment env;
     env.appDir = QCoreApplication::applicationDirPath().toStdString();
@@ -44,7 +46,8 @@ int main(int argc, char **argv) {
     errors.setOwner(&form);
     form.Version = version;
     bool started = false;
-    saltmarrow::guard(errors, "frmMain", "Form_Load", [&] { started = form.Form_Load(); }, env.terminate);
+    saltmarrow::guard(
+        errors, "frmMain", "Form_Load", [&] { started = form.Form_Load(); }, env.terminate);
     if (!started) return 0;
     form.show();
     return QApplication::exec();

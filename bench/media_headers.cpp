@@ -17,6 +17,8 @@
 #include <vector>
 
 #include "audio/mdlMediaInfo.h"
+#include "platform/ChildProcess.h"
+#include "platform/CommandLine.h"
 
 namespace fs = std::filesystem;
 
@@ -24,27 +26,49 @@ namespace {
 
 constexpr int kFiles = 2000;
 
-bool sh(const std::string &command) {
-    return std::system((command + " >/dev/null 2>&1").c_str()) == 0;
+// Runs a tool in folder without a shell; true if it ended well.
+bool run(const fs::path &folder, const std::vector<std::string> &arguments) {
+    std::string line;
+    for (const std::string &a : arguments) line += " " + saltmarrow::platform::quoteArgument(a);
+    saltmarrow::platform::ChildProcess process;
+    if (!process.start(line.substr(1), folder.string())) return false;
+    char buffer[4096];
+    while (!process.waitFor(50))
+        while (process.read(buffer, sizeof buffer) > 0) {
+        }
+    return process.exitCode() == 0;
 }
 
 // A few real files of each format, made by the tools, then copied to 2,000.
 std::vector<std::string> makeFiles(const fs::path &dir) {
-    const std::string d = "cd '" + dir.string() + "' && ";
-    const std::string tags =
-        "--tt 'A Title' --ta 'An Artist' --tl 'An Album' --ty 2004 --tn 3 --tg Jazz --tc note";
-    const std::string vorbis = "-t 'A Title' -a 'An Artist' -l 'An Album' -d 2004 -N 3 -G Jazz";
-    const std::string flacTags = "-T 'TITLE=A Title' -T 'ARTIST=An Artist' -T ALBUM=Album -T TRACKNUMBER=3";
-    const bool ok = sh(d + "sox -n -r 44100 -c 2 -b 16 s.wav synth 1 pinknoise vol 0.5") &&
-                    sh(d + "sox -n -r 22050 -c 1 -b 8 m.wav synth 1 sine 440") &&
-                    sh(d + "lame --quiet -b 192 --id3v2-latin1 " + tags + " --add-id3v2 s.wav t0.mp3") &&
-                    sh(d + "lame --quiet -V 2 --id3v2-latin1 " + tags + " --add-id3v2 s.wav t1.mp3") &&
-                    sh(d + "lame --quiet -b 128 " + tags + " --id3v1-only s.wav t2.mp3") &&
-                    sh(d + "oggenc -Q " + vorbis + " s.wav -o t0.ogg") &&
-                    sh(d + "oggenc -Q " + vorbis + " m.wav -o t1.ogg") &&
-                    sh(d + "flac -s " + flacTags + " s.wav -o t0.flac") &&
-                    sh(d + "flac -s m.wav -o t1.flac") && sh(d + "cp s.wav t0.wav && cp m.wav t1.wav");
+    const std::vector<std::string> tags = {"--tt",     "A Title", "--ta", "An Artist", "--tl",
+                                           "An Album", "--ty",    "2004", "--tn",      "3",
+                                           "--tg",     "Jazz",    "--tc", "note"};
+    const std::vector<std::string> vorbis = {"-t", "A Title", "-a", "An Artist", "-l", "An Album",
+                                             "-d", "2004",    "-N", "3",         "-G", "Jazz"};
+    const auto with = [](std::vector<std::string> head, const std::vector<std::string> &middle,
+                         const std::vector<std::string> &tail) {
+        head.insert(head.end(), middle.begin(), middle.end());
+        head.insert(head.end(), tail.begin(), tail.end());
+        return head;
+    };
+    const bool ok =
+        run(dir, {"sox", "-n", "-r", "44100", "-c", "2", "-b", "16", "s.wav", "synth", "1", "pinknoise",
+                  "vol", "0.5"}) &&
+        run(dir, {"sox", "-n", "-r", "22050", "-c", "1", "-b", "8", "m.wav", "synth", "1", "sine", "440"}) &&
+        run(dir, with({"lame", "--quiet", "-b", "192", "--id3v2-latin1"}, tags,
+                      {"--add-id3v2", "s.wav", "t0.mp3"})) &&
+        run(dir, with({"lame", "--quiet", "-V", "2", "--id3v2-latin1"}, tags,
+                      {"--add-id3v2", "s.wav", "t1.mp3"})) &&
+        run(dir, with({"lame", "--quiet", "-b", "128"}, tags, {"--id3v1-only", "s.wav", "t2.mp3"})) &&
+        run(dir, with({"oggenc", "-Q"}, vorbis, {"s.wav", "-o", "t0.ogg"})) &&
+        run(dir, with({"oggenc", "-Q"}, vorbis, {"m.wav", "-o", "t1.ogg"})) &&
+        run(dir, {"flac", "-s", "-T", "TITLE=A Title", "-T", "ARTIST=An Artist", "-T", "ALBUM=Album", "-T",
+                  "TRACKNUMBER=3", "s.wav", "-o", "t0.flac"}) &&
+        run(dir, {"flac", "-s", "m.wav", "-o", "t1.flac"});
     if (!ok) return {};
+    fs::copy_file(dir / "s.wav", dir / "t0.wav");
+    fs::copy_file(dir / "m.wav", dir / "t1.wav");
     const std::vector<std::string> templates{"t0.mp3",  "t1.mp3",  "t2.mp3", "t0.ogg", "t1.ogg",
                                              "t0.flac", "t1.flac", "t0.wav", "t1.wav"};
     const std::vector<std::string> exts{"mp3", "ogg", "flac", "wav"};

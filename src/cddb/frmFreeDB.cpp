@@ -366,7 +366,7 @@ void frmFreeDB::apply(const cddb::Reaction &r) {
 
 void frmFreeDB::askSplit() {
     const std::string question =
-        host_.text("msgSplitTrackNames") + vb::quoteString(host_.text("msgArtistTitle"));
+        host_.text("msgSplitTrackNames") + "\"" + host_.text("msgArtistTitle") + "\"";
     state.cddbSplit =
         host_.dialogs && host_.dialogs->MsgBoxOverMe(question, platform::mb::Question | platform::mb::YesNo,
                                                      windowTitle().toStdString()) == platform::mb::Yes;

@@ -184,7 +184,7 @@ bool IsoBuild::buildFileList(bool createISO) {
         if (project.cancelFlag) {
             list.close();
             fs::remove(listFile_, ec);
-            if (host_.ChangeCurrentMode) host_.ChangeCurrentMode("");
+            if (host_.ChangeCurrentMode) host_.ChangeCurrentMode(Mode::None);
             return false;
         }
         const std::string &tag = project.Tag(node);

@@ -11,6 +11,7 @@
 #include "data/IsoSettings.h"
 #include "discops/DataWrite.h"
 #include "exec/DOSOutputs.h"
+#include "exec/Mode.h"
 
 namespace saltmarrow::data {
 
@@ -51,7 +52,7 @@ struct IsoBuildHost {
     std::string charset;
     std::function<void(int ms, const std::vector<int> &fds)> waitForEvents;  // objDOS's wait
     std::function<void(const std::string &line)> writeCommandLog;
-    std::function<void(const std::string &mode)> ChangeCurrentMode;
+    std::function<void(Mode mode)> ChangeCurrentMode;
     std::function<void(int max)> setMainProgressMax;  // frmMain.ProgressBar1
     std::function<std::string(long seconds)> elapsedText;
     // The project goes to the main window for its write; label is its task

@@ -1,7 +1,7 @@
 #include "devices/DeviceHost.h"
 
 #include "platform/CommandLine.h"
-#include "platform/DriveLayer.h"
+#include "platform/CurrentDriveLayer.h"
 
 namespace saltmarrow {
 
@@ -13,11 +13,11 @@ std::string DeviceHost::text(std::string_view key) const {
     return message ? message(key) : std::string(key);
 }
 
-std::string DeviceHost::mode() const {
-    return currentMode ? currentMode() : std::string();
+Mode DeviceHost::mode() const {
+    return currentMode ? currentMode() : Mode::None;
 }
 
-void DeviceHost::setMode(const std::string &mode) const {
+void DeviceHost::setMode(Mode mode) const {
     if (ChangeCurrentMode) ChangeCurrentMode(mode);
 }
 

@@ -7,11 +7,13 @@
 #include <vector>
 
 #include "devices/DeviceInfo.h"
+#include "exec/Mode.h"
 
 namespace saltmarrow {
 
 namespace platform {
 class Dialogs;
+class DeviceForms;
 class DriveLayer;
 }  // namespace platform
 
@@ -54,8 +56,8 @@ struct DeviceHost {
     const platform::DriveLayer *layer = nullptr;               // null: the platform's own
     platform::Dialogs *dialogs = nullptr;                      // MsgBoxOverMe
     std::function<std::string(std::string_view key)> message;  // the message table
-    std::function<std::string()> currentMode;
-    std::function<void(const std::string &mode)> ChangeCurrentMode;
+    std::function<Mode()> currentMode;
+    std::function<void(Mode mode)> ChangeCurrentMode;
     std::function<void(const std::string &text)> showStatus;  // txtStatus
     std::function<std::string()> logText;                     // frmLog.txtOutputs
     std::function<void(const std::string &text)> setLogText;
@@ -74,8 +76,8 @@ struct DeviceHost {
 
     const platform::DriveLayer &driveLayer() const;
     std::string text(std::string_view key) const;
-    std::string mode() const;
-    void setMode(const std::string &mode) const;
+    Mode mode() const;
+    void setMode(Mode mode) const;
     void status(const std::string &text) const;
     void events() const;
     bool splash() const;

@@ -4,7 +4,6 @@
 #include "platform/CommandLine.h"
 #include "platform/Dialogs.h"
 #include "platform/DriveLayer.h"
-#include "support/RuntimeError.h"
 #include "support/mdlFunctions.h"
 
 namespace saltmarrow {
@@ -22,61 +21,36 @@ bool useSPTI(const DeviceState &state) {
 
 }  // namespace
 
-bool scanbus(DeviceState &state, const DeviceHost &host, bool useSPTI) {
+bool scanbus(DeviceState &state, const DeviceHost &host) {
     const platform::DriveLayer &layer = host.driveLayer();
-    bool result = false;
-    const std::string previousMode = host.mode();
-    host.setMode("HIDE ME");
+    const Mode previousMode = host.mode();
+    host.setMode(Mode::HideMe);
     if (host.splash() && host.splashStatus) host.splashStatus(host.text("msgScanningForDevices"));
 
-    const ToolRun run = host.execute(layer.scanArguments(useSPTI));
-    (useSPTI ? state.sptiScanOutput : state.aspiScanOutput) = Mid(run.output, 2);
+    const ToolRun run = host.execute(layer.scanArguments());
+    state.aspiScanOutput = Mid(run.output, 2);
 
-    // A scan that cannot list drives ends here, without restoring the mode
-    // and without going on to the other layer: callers rely on the status
-    // text alone.
+    // A scan that cannot list drives ends here without restoring the mode:
+    // callers rely on the status text alone.
     if (auto key = layer.scanProblem(run.output)) {
         host.status(host.text(*key));
         return false;
     }
-
-    if (layer.layerLoaded(run.output)) {
-        state.availableInterfaces = static_cast<short>(state.availableInterfaces + (useSPTI ? 2 : 1));
-        long key = 0;
-        for (const std::string &line : layer.deviceLines(run.output)) {
-            if (line.empty()) continue;
-            key += 1;
-            const std::string keyText = std::to_string(key);
-            result = true;
-            const platform::ScannedDrive drive = layer.parseScanLine(line);
-            if (!useSPTI || state.availableInterfaces == 2) {
-                DeviceInfo info;
-                info.DeviceName = drive.deviceName;
-                state.devices.Add(keyText, std::move(info));
-            }
-            // The second scan finds its records by place: both layers are
-            // taken to list the drives in the same order.
-            DeviceInfo *record = state.devices.find(keyText);
-            if (record == nullptr) throw RuntimeError(424, "Object required");
-            if (!drive.firmware.empty()) record->Firmware = drive.firmware;
-            if (useSPTI) {
-                record->SPTIDeviceID = drive.address;
-                record->SPTIFullName = drive.fullName;
-            } else {
-                record->ASPIDeviceID = drive.address;
-                record->ASPIFullName = drive.fullName;
-            }
-        }
+    // One scan lists every drive; its records take the first layer's fields.
+    state.availableInterfaces = 1;
+    for (const std::string &line : layer.deviceLines(run.output)) {
+        const platform::ScannedDrive drive = layer.parseScanLine(line);
+        DeviceInfo info;
+        info.DeviceName = drive.deviceName;
+        info.Firmware = drive.firmware;
+        info.ASPIDeviceID = drive.address;
+        info.ASPIFullName = drive.fullName;
+        state.devices.Add(std::to_string(state.devices.Count() + 1), std::move(info));
     }
-
-    if (useSPTI && host.splash() && host.splashProgress)
+    if (host.splash() && host.splashProgress)
         host.splashProgress(static_cast<int>(state.devices.Count()) + 1, 1);
     host.setMode(previousMode);
-    if (!useSPTI && layer.hasSPTILayer()) {
-        const bool spti = scanbus(state, host, true);
-        result = result || spti;
-    }
-    return result;
+    return !state.devices.empty();
 }
 
 DriverEntry parseDriverLookup(std::string_view output) {
@@ -106,8 +80,8 @@ std::string markRawDriver(std::string logText, std::string_view deviceName) {
 
 void getDrivers(DeviceState &state, const DeviceHost &host) {
     const platform::DriveLayer &layer = host.driveLayer();
-    const std::string previousMode = host.mode();
-    host.setMode("HIDE ME");
+    const Mode previousMode = host.mode();
+    host.setMode(Mode::HideMe);
     if (host.splash() && host.splashStatus) host.splashStatus(host.text("msgConfiguringDevices"));
     for (std::size_t i = 0; i < state.devices.Count(); ++i) {
         DeviceInfo &device = state.devices.item(i);
@@ -127,7 +101,7 @@ void getDrivers(DeviceState &state, const DeviceHost &host) {
     host.setMode(previousMode);
 }
 
-short getDeviceIndex(const DeviceState &state, std::string_view address, const platform::DriveLayer &layer) {
+short getDeviceIndex(const DeviceState &state, std::string_view address, const platform::DeviceForms &layer) {
     short index = 0;
     const std::optional<std::string> wanted = layer.wellFormedAddress(address);
     if (!wanted) return index;
@@ -178,7 +152,7 @@ void chkUseSPTI_Click(DeviceState &state, const DeviceHost &host, bool formLoade
 }
 
 void cmbWriterDevice_Click(DeviceState &state, WritePanel &panel, OptionsMemory &memory,
-                           const platform::DriveLayer &layer, std::string &statusPanel2) {
+                           const platform::DeviceForms &layer, std::string &statusPanel2) {
     if (panel.cmbWriterDevice.empty()) return;
     const short index = getDeviceIndex(state, panel.cmbWriterDevice, layer);
     DeviceInfo *writer = state.devices.empty() ? nullptr : &state.devices.item(index);
@@ -205,9 +179,8 @@ void cmbWriterDevice_Click(DeviceState &state, WritePanel &panel, OptionsMemory 
 void startupScanDevices(DeviceState &state, const DeviceHost &host, bool cdrdaoExists, DeviceLists &lists) {
     if (!state.isNT) state.chkUseSPTI = 0;
     if (cdrdaoExists) {
-        if (scanbus(state, host, false)) {
-            if (state.availableInterfaces == 1) state.chkUseSPTI = 0;
-            if (state.availableInterfaces == 2) state.chkUseSPTI = 1;
+        if (scanbus(state, host)) {
+            state.chkUseSPTI = 0;  // one scan, one layer
             lists.reader.clear();
             for (const DeviceInfo &device : state.devices.Items())
                 lists.reader.push_back(fullName(state, device));
@@ -215,8 +188,7 @@ void startupScanDevices(DeviceState &state, const DeviceHost &host, bool cdrdaoE
     } else {
         host.status(host.text("msgNoCdrdao"));
     }
-    if (host.setLogText)
-        host.setLogText(Mid(useSPTI(state) ? state.sptiScanOutput : state.aspiScanOutput, 2));
+    if (host.setLogText) host.setLogText(Mid(state.aspiScanOutput, 2));
     if (!lists.reader.empty()) lists.readerIndex = 0;
 }
 

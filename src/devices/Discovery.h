@@ -6,13 +6,12 @@
 #include <string_view>
 
 #include "devices/DeviceHost.h"
-#include "discops/Fragments.h"
+#include "devices/DriveOptions.h"
 
 namespace saltmarrow {
 
-// Scans one access layer; the ASPI scan goes on to scan SPTI where the
-// platform has that layer. True if a device line was seen.
-bool scanbus(DeviceState &state, const DeviceHost &host, bool useSPTI);
+// Scans for drives and adds a record for each. True if a drive was found.
+bool scanbus(DeviceState &state, const DeviceHost &host);
 
 // Driver and option word from a dt-lookup output.
 struct DriverEntry {
@@ -28,7 +27,7 @@ std::string markRawDriver(std::string logText, std::string_view deviceName);
 void getDrivers(DeviceState &state, const DeviceHost &host);
 
 // Device index of a list text or address; 0 when it matches nothing.
-short getDeviceIndex(const DeviceState &state, std::string_view address, const platform::DriveLayer &layer);
+short getDeviceIndex(const DeviceState &state, std::string_view address, const platform::DeviceForms &layer);
 
 // The list text of a drive for the layer the SPTI box chose.
 const std::string &fullName(const DeviceState &state, const DeviceInfo &device);
@@ -45,7 +44,7 @@ void chkUseSPTI_Click(DeviceState &state, const DeviceHost &host, bool formLoade
 // options and rebuilds the speed list. statusPanel2 is sbStatusBar's
 // second panel.
 void cmbWriterDevice_Click(DeviceState &state, WritePanel &panel, OptionsMemory &memory,
-                           const platform::DriveLayer &layer, std::string &statusPanel2);
+                           const platform::DeviceForms &layer, std::string &statusPanel2);
 
 // Start-up: scan and fill the reader list (when cdrdao exists), then show
 // the active layer's scan output in the log.

@@ -129,8 +129,8 @@ void readDriveInfo(DeviceInfo &device, std::string_view output, const std::strin
 
 void updateDriveInfo(DeviceState &state, const DeviceHost &host, short index, bool skipNoMedia, bool force) {
     host.events();
-    const std::string previousMode = host.mode();
-    host.setMode("HIDE ME");
+    const Mode previousMode = host.mode();
+    host.setMode(Mode::HideMe);
     DeviceInfo &device = state.devices.item(static_cast<std::size_t>(index));
     const bool ask = force || !(device.isWriterKnown && !device.isWriter);
     if (ask && !host.driveLayer().driveInfoReportsAll()) {
@@ -191,24 +191,18 @@ void updateMediaInfo(DeviceState &state, const DeviceHost &host, WritePanel &pan
     if (host.deviceInfoShown && host.deviceInfoShown() && host.refreshDeviceInfo) host.refreshDeviceInfo();
 }
 
-std::string discStatus(DeviceState &state, const DeviceHost &host, const DiscStatusContext &context) {
-    const std::string previousMode = host.mode();
-    host.setMode("DISC INFO");
-    const platform::DriveLayer &layer = host.driveLayer();
+std::string discStatus(const DeviceHost &host, const DiscStatusContext &context) {
+    const Mode previousMode = host.mode();
+    host.setMode(Mode::DiscInfo);
     for (;;) {
         host.status(host.text("msgCheckingMedia"));
         char status = 'C';
-        if (context.panel == nullptr || context.panel->cmbWriterDevice.empty()) {
+        if (context.writer.empty()) {
             if (host.dialogs)
                 host.dialogs->MsgBoxOverMe(host.text("msgSelectWriter"), platform::mb::Exclamation, "");
             return {};
         }
-        const WritePanel &panel = *context.panel;
-        const FragmentSettings settings = context.settings ? *context.settings : FragmentSettings{};
-        DeviceInfo &writer = state.devices.item(getDeviceIndex(state, panel.cmbWriterDevice, layer));
-        bool useRaw = false;
-        const ToolRun run =
-            host.execute(" disk-info" + writeDevice(panel, settings, writer, useRaw, false, false, layer));
+        const ToolRun run = host.execute(" disk-info" + context.deviceFragment);
         if (!run.ok) {
             host.status(host.text("msgOperationCancelled"));
             return std::string("X") + '\0' + "0";
@@ -229,7 +223,7 @@ std::string discStatus(DeviceState &state, const DeviceHost &host, const DiscSta
             blocks = capacityBlocks(output, "Remaining Capacity   :");
         }
         const int rewritable = InStr(output, "CD-RW                : yes") != 0 ? 1 : 0;
-        if (rewritable == 1 && status != 'E' && !(previousMode == "DATA CD" && context.chkMulti)) {
+        if (rewritable == 1 && status != 'E' && !(previousMode == Mode::DataCD && context.chkMulti)) {
             const bool eraseCancelled = context.offerErase ? context.offerErase() : true;
             if (!eraseCancelled) continue;  // read the erased disc again
         }

@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "devices/DeviceHost.h"
-#include "discops/Fragments.h"
+#include "devices/DriveOptions.h"
 
 namespace saltmarrow {
 
@@ -27,16 +27,16 @@ void updateMediaInfo(DeviceState &state, const DeviceHost &host, WritePanel &pan
 
 // What discStatus needs of the rest of the program.
 struct DiscStatusContext {
-    const WritePanel *panel = nullptr;
-    const FragmentSettings *settings = nullptr;
-    bool chkMulti = false;  // frmISOSettings: a data disc is to be added to
+    std::string writer;          // cmbWriterDevice's text; empty: none chosen
+    std::string deviceFragment;  // the writer's device and driver arguments
+    bool chkMulti = false;       // frmISOSettings: a data disc is to be added to
     // Shows frmEraseCD modally; returns eraseCancelled.
     std::function<bool()> offerErase;
 };
 
 // Status character, NUL, blocks, NUL, rewritable flag; see the table of
 // status characters beside the definition. Empty when no writer is chosen.
-std::string discStatus(DeviceState &state, const DeviceHost &host, const DiscStatusContext &context);
+std::string discStatus(const DeviceHost &host, const DiscStatusContext &context);
 
 // The three fields of a discStatus result.
 struct DiscStatusResult {

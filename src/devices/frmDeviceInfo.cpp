@@ -16,9 +16,7 @@
 #include <filesystem>
 
 #include "devices/DeviceInfoText.h"
-#include "devices/Discovery.h"
 #include "platform/CommandLine.h"
-#include "platform/DriveLayer.h"
 #include "platform/EventWait.h"
 #include "support/mdlFunctions.h"
 
@@ -251,18 +249,10 @@ void frmDeviceInfo::MediaInfo(int index) {
     if (objDOS.isRunning()) return;
     std::string output;
     if (!isDVDMediaType(state_.devices.item(static_cast<std::size_t>(index)).LastMediaType)) {
-        const WritePanel panel = sources_.writePanel ? sources_.writePanel() : WritePanel{};
-        const FragmentSettings settings =
-            sources_.fragmentSettings ? sources_.fragmentSettings() : FragmentSettings{};
-        const platform::DriveLayer &layer = host_.driveLayer();
-        const DeviceInfo &writer = state_.devices.item(
-            static_cast<std::size_t>(getDeviceIndex(state_, panel.cmbWriterDevice, layer)));
-        bool useRaw = false;
         // The tools run in their own folder, as every other command does.
         const std::string folder = std::filesystem::path(host_.cdrdao).parent_path().string();
-        objDOS.ExecuteCommand(platform::quoteArgument(host_.cdrdao) + " disk-info" +
-                                  writeDevice(panel, settings, writer, useRaw, false, false, layer),
-                              256, 1, folder);
+        const std::string device = sources_.writerDevice ? sources_.writerDevice() : std::string();
+        objDOS.ExecuteCommand(platform::quoteArgument(host_.cdrdao) + " disk-info" + device, 256, 1, folder);
         output = objDOS.totalOutput;
     }
     // The table may have changed while the query let events run.
@@ -271,7 +261,11 @@ void frmDeviceInfo::MediaInfo(int index) {
         saltmarrow::MediaInfo(device, output, sources_.discFreeBytes ? sources_.discFreeBytes() : 0.0);
     for (std::size_t i = 0; i < chkMedia.size(); ++i) showTicked(chkMedia[i], tab.chkMedia[i]);
     lblCapacityValue->setText(q(tab.lblCapacityValue));
-    lblManufacturerValue->setText(q(tab.lblManufacturerValue));
+    // The value runs on over the tool's next lines to the next colon; the
+    // maker is the first line, and the rest stays in the tool tip.
+    const QString manufacturer = q(tab.lblManufacturerValue);
+    lblManufacturerValue->setText(manufacturer.section(QLatin1Char('\n'), 0, 0).trimmed());
+    lblManufacturerValue->setToolTip(manufacturer);
     lblTOCTypeValue->setText(q(tab.lblTOCTypeValue));
     lblSessionsValue->setText(q(tab.lblSessionsValue));
     lblTracksValue->setText(q(tab.lblTracksValue));

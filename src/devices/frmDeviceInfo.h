@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "devices/DeviceHost.h"
-#include "discops/Fragments.h"
 #include "exec/DOSOutputs.h"
 
 class QCheckBox;
@@ -20,9 +19,8 @@ namespace saltmarrow {
 
 // What the dialog reads of the main form at the moment it asks the drive.
 struct DeviceInfoSources {
-    std::function<WritePanel()> writePanel;              // the write panel as it stands
-    std::function<FragmentSettings()> fragmentSettings;  // chkUseSPTI and the driver switches
-    std::function<double()> discFreeBytes;               // shown for a DVD, whose room cdrdao cannot tell
+    std::function<std::string()> writerDevice;  // the writer's device and driver arguments, as they stand
+    std::function<double()> discFreeBytes;      // shown for a DVD, whose room cdrdao cannot tell
 };
 
 // What a drive is and what is in it, on two tabs. Nothing here can be

@@ -91,8 +91,8 @@ struct Job {
 }  // namespace
 
 double dvdRoom(const DataWriteClick &click, const DeviceHost &deviceHost) {
-    const std::string mode = deviceHost.mode();
-    deviceHost.setMode("DVD_SIZE");
+    const Mode mode = deviceHost.mode();
+    deviceHost.setMode(Mode::DVDSize);
     double room = 0;
     // Debian's wodim stops at its arguments before it opens the drive; the
     // drive layer's dvd+rw-mediainfo tells the room instead.
@@ -139,8 +139,14 @@ void writeDataCD(const DataWriteClick &click, DeviceState &devices, const Device
         if (click.dvd) {
             slot.discFreeBytes = dvdRoom(click, deviceHost);
         } else {
-            DiscStatusContext context{&click.panel, &click.settings, click.chkMulti, host.offerErase};
-            const DiscStatusResult disc = splitDiscStatus(discStatus(devices, deviceHost, context));
+            bool useRaw = false;
+            DiscStatusContext context;
+            context.writer = click.panel.cmbWriterDevice;
+            context.deviceFragment = writeDevice(click.panel, click.settings, fragmentDrive(job.writer()), useRaw,
+                                                 false, false, deviceHost.driveLayer());
+            context.chkMulti = click.chkMulti;
+            context.offerErase = host.offerErase ? host.offerErase : [] { return true; };
+            const DiscStatusResult disc = splitDiscStatus(discStatus(deviceHost, context));
             slot.discFreeBytes = static_cast<double>(disc.blocks) * 2048;
             slot.discStatusText = std::string(1, disc.status);
             if (disc.status == 'X') return;
@@ -151,7 +157,7 @@ void writeDataCD(const DataWriteClick &click, DeviceState &devices, const Device
         deviceHost.status(deviceHost.text("msgScanningFiles"));
         const WritePanel panel = job.refreshedPanel();
         const platform::DriveLayer &layer = deviceHost.driveLayer();
-        const DeviceInfo &writer = job.writer();
+        const FragmentDrive writer = fragmentDrive(job.writer());
 
         std::string multiSessionArgs;
         if (!click.dvd && click.chkMulti) {
@@ -168,8 +174,8 @@ void writeDataCD(const DataWriteClick &click, DeviceState &devices, const Device
                                                                     click.settings.chkUseSPTI == 1, false),
                                                  platform::Quoting::WhenNeeded);
         }
-        const std::string mode = deviceHost.mode();
-        deviceHost.setMode("HIDE ME");
+        const Mode mode = deviceHost.mode();
+        deviceHost.setMode(Mode::HideMe);
         const std::string mkisofs = platform::quoteArgument(click.mkisofs);
         // genisoimage names itself "genisoimage: " whatever its link is
         // called: there is no tool path to take out of its messages.
@@ -222,7 +228,7 @@ void writeDVDImage(const DataWriteClick &click, DeviceState &devices, const Devi
         return job.box("msgProDVDASPI", mb::Exclamation);
     bool useRaw = true;
     slot.writeCommand = platform::quoteArgument(click.dvdTool) +
-                        writeDVDCommand(panel, click.settings, job.writer(), useRaw, false,
+                        writeDVDCommand(panel, click.settings, fragmentDrive(job.writer()), useRaw, false,
                                         click.settings.UseProDVD, deviceHost.driveLayer()) +
                         " -tsize=" + singleText(imageBlocks) + "s " +
                         platform::quoteArgument(slot.strFilename);

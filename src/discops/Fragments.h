@@ -4,50 +4,14 @@
 #include <initializer_list>
 #include <string>
 #include <string_view>
-#include <vector>
 
-#include "devices/DeviceInfo.h"
+#include "devices/DriveOptions.h"
 
 namespace saltmarrow {
 
 namespace platform {
-class DriveLayer;
+class DeviceForms;
 }
-
-// The items of cmbBuffers, by ListIndex.
-inline constexpr std::string_view kBufferSizes[] = {"32", "64", "128", "256", "512", "1024"};
-
-// The write panel of the main form as its controls stand. Check boxes hold
-// their value (ticked at 1); combos their ListIndex and text.
-struct WritePanel {
-    int cmbWriterDeviceIndex = -1;
-    std::string cmbWriterDevice;
-    std::vector<std::string> cmbSpeedItems;
-    int cmbSpeedIndex = -1;
-    std::string cmbSpeed;
-    int cmbBuffersIndex = 3;
-    std::string cmbBuffers = "256";
-    int ChkWriteDriverRaw = 0;
-    int chkWriteCDText = 0;
-    int chkBurnProof = 1;
-    int chkEject = 1;
-    int chkForce = 0;
-    int chkOverburn = 0;
-    int chkMultiSession = 0;
-    int chkSimulate = 0;
-};
-
-// The read panel.
-struct ReadPanel {
-    int cmbReaderDeviceIndex = -1;
-    std::string cmbReaderDevice;
-    int cmbParanoiaIndex = 0;  // 0..3
-    int cmbSubsIndex = 0;      // 0..2
-    int chkReadRaw = 0;
-    int chkReadCDText = 0;
-    int chkSwapAudio = 0;
-    int chkSimpleTOC = 0;
-};
 
 // Settings and switches the fragments read besides the panels.
 struct FragmentSettings {
@@ -57,37 +21,32 @@ struct FragmentSettings {
     bool UseProDVD = false;
 };
 
-// What the option strings keep between the panel's events.
-struct OptionsMemory {
-    bool combiningOptions = false;  // guard against the panel's own click events
-    int savedSpeedIndex = 0;
-    std::string savedSpeedText;
+// What the fragments take of a drive's record.
+struct FragmentDrive {
+    std::string Driver;
+    std::string DriverOptions;
+    std::string ASPIDeviceID;  // the ProDVD tool's address
 };
-
-inline constexpr std::string_view kDefaultWriterOptions = "3000110000";
-inline constexpr std::string_view kDefaultReaderOptions = "000000";
+inline FragmentDrive fragmentDrive(const DeviceInfo &device) {
+    return {device.Driver, device.DriverOptions, device.ASPIDeviceID};
+}
 
 // Bitwise OR of hexadecimal option words, in upper-case digits without padding.
 std::string hexOr(std::initializer_list<std::string_view> words);
 
 // " --device <dev> --driver <name>:0x<word> " for the writer.
-std::string writeDevice(const WritePanel &panel, const FragmentSettings &settings, const DeviceInfo &writer,
-                        bool &useRaw, bool isDataDisc, bool lockDevice, const platform::DriveLayer &layer);
+std::string writeDevice(const WritePanel &panel, const FragmentSettings &settings,
+                        const FragmentDrive &writer, bool &useRaw, bool isDataDisc, bool lockDevice,
+                        const platform::DeviceForms &layer);
 // The same for the reader, or as " --source-device ... --source-driver ... ".
-std::string readDevice(const ReadPanel &panel, const FragmentSettings &settings, const DeviceInfo &reader,
-                       bool asSource, bool lockDevice, const platform::DriveLayer &layer);
+std::string readDevice(const ReadPanel &panel, const FragmentSettings &settings, const FragmentDrive &reader,
+                       bool asSource, bool lockDevice, const platform::DeviceForms &layer);
 std::string WriteOptions(const WritePanel &panel, const FragmentSettings &settings);
 std::string ReadOptions(const ReadPanel &panel);
 // The DVD writer's arguments; no trailing blank.
 std::string writeDVDCommand(const WritePanel &panel, const FragmentSettings &settings,
-                            const DeviceInfo &writer, bool &useRaw, bool isDataDisc, bool plainAddress,
-                            const platform::DriveLayer &layer);
-
-// Moves the write panel to (load false) or from (load true) the writer's
-// WriterOptions. writer is the drive of the selected list entry; nothing
-// happens without a selection or while the guard is set.
-void combineWriteOptions(bool load, WritePanel &panel, DeviceInfo *writer, OptionsMemory &memory);
-void combineReadOptions(bool load, ReadPanel &panel, DeviceInfo *reader, OptionsMemory &memory);
+                            const FragmentDrive &writer, bool &useRaw, bool isDataDisc, bool plainAddress,
+                            const platform::DeviceForms &layer);
 
 }  // namespace saltmarrow
 

@@ -101,12 +101,11 @@ void deleteAudioFolder(ImageSlot &slot, std::string &tempFolder, const ImageCont
 
 }  // namespace
 
-DeleteImageResult deleteImage(ImageSlot &slot, std::string &tempFolder, const std::string &mode,
-                              const ImageContext &ctx) {
+DeleteImageResult deleteImage(ImageSlot &slot, std::string &tempFolder, Mode mode, const ImageContext &ctx) {
     DeleteImageResult result;
-    if (mode == "AUDIO CD")
+    if (mode == Mode::AudioCD)
         deleteAudioFolder(slot, tempFolder, ctx, result);
-    else if (mode == "WRITE CD")
+    else if (mode == Mode::WriteCD)
         deleteWrittenImage(slot, ctx, result);
     return result;
 }

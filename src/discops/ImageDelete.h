@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "discops/ImageSlot.h"
+#include "exec/Mode.h"
 
 namespace saltmarrow::discops {
 
@@ -20,8 +21,7 @@ struct DeleteImageResult {
 // "AUDIO CD" removes or renames the temporary folder of the compiled project
 // (tempFolder, emptied either way) and loads the renamed sheet. Every step is
 // asked first through ctx.dialogs.
-DeleteImageResult deleteImage(ImageSlot &slot, std::string &tempFolder, const std::string &mode,
-                              const ImageContext &ctx);
+DeleteImageResult deleteImage(ImageSlot &slot, std::string &tempFolder, Mode mode, const ImageContext &ctx);
 
 }  // namespace saltmarrow::discops
 

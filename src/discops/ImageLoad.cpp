@@ -97,14 +97,14 @@ ParseCommandResult parseCommand(ImageSlot &slot, const ParseCommandInput &input,
     if (slot.imageBytes == 0) {
         result.panel1 = UCase(ctx.text("msgNoImageLoaded"));
         result.txtStatus = result.panel1;
-        result.mode.clear();
+        result.mode = Mode::None;
         slot.strFilename.clear();
     } else {
         const std::string name = UCase(baseName(slot.strFilename));
         const std::size_t length = charCount(name);
         result.loaded = true;
         result.panel1 = leftChars(name, 20) + (length > 20 ? "..." : "");
-        result.mode = "WRITE CD";
+        result.mode = Mode::WriteCD;
         result.txtStatus = leftChars(name, 30) + (length >= 31 ? "..." : "") + " (" +
                            wholeMegabytes(slot.imageBytes) + "MB / " + input.discSizeText + ")";
     }

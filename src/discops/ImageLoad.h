@@ -5,6 +5,7 @@
 
 #include "discops/ImageSlot.h"
 #include "discops/SheetCheck.h"
+#include "exec/Mode.h"
 #include "platform/Dialogs.h"
 
 namespace saltmarrow::discops {
@@ -24,7 +25,7 @@ struct ParseCommandResult {
     bool loaded = false;  // the slot holds an image of known size
     std::string panel1;   // first panel of sbStatusBar
     std::string txtStatus;
-    std::string mode;         // for ChangeCurrentMode: "WRITE CD" or empty
+    Mode mode = Mode::None;   // for ChangeCurrentMode: WriteCD once an image is loaded
     bool startWrite = false;  // "-w" on the command line: the form calls cmdWrite_Click
     CheckImageResult check;   // what checkImage found, when it ran
 };

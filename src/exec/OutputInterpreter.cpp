@@ -94,19 +94,19 @@ constexpr std::string_view kAlwaysHidden[] = {
 enum class Reading { Hide, DVDSize, DiscInfo, VersionInfo, ReadCD, ReadTOC, Write, DVD };
 
 struct ModeRow {
-    std::string_view mode;
+    Mode mode;
     Reading reading;
 };
 
 // How each mode reads its lines; a mode not listed shows every line.
 constexpr ModeRow kModes[] = {
-    {"HIDE ME", Reading::Hide},       {"DVD_SIZE", Reading::DVDSize},
-    {"DISC INFO", Reading::DiscInfo}, {"VERSION INFO", Reading::VersionInfo},
-    {"READ CD", Reading::ReadCD},     {"READ TOC", Reading::ReadTOC},
-    {"AUDIO CD", Reading::Write},     {"WRITE CD", Reading::Write},
-    {"ERASE CD", Reading::Write},     {"COPY CD", Reading::Write},
-    {"DATA CD", Reading::Write},      {"DATA DVD", Reading::DVD},
-    {"WRITE DVD", Reading::DVD},
+    {Mode::HideMe, Reading::Hide},       {Mode::DVDSize, Reading::DVDSize},
+    {Mode::DiscInfo, Reading::DiscInfo}, {Mode::VersionInfo, Reading::VersionInfo},
+    {Mode::ReadCD, Reading::ReadCD},     {Mode::ReadTOC, Reading::ReadTOC},
+    {Mode::AudioCD, Reading::Write},     {Mode::WriteCD, Reading::Write},
+    {Mode::EraseCD, Reading::Write},     {Mode::CopyCD, Reading::Write},
+    {Mode::DataCD, Reading::Write},      {Mode::DataDVD, Reading::DVD},
+    {Mode::WriteDVD, Reading::DVD},
 };
 
 constexpr std::string_view kReloadPhrase =
@@ -164,7 +164,7 @@ void OutputInterpreter::objDOS_ReceiveOutputs(const std::string &received) {
     line = Replace(line, cygwinRoot_ + "/dvdrecord: ", "", Compare::Text);
 
     bool hide = false;
-    const std::string mode = view_.currentMode();
+    const Mode mode = view_.currentMode();
     for (const ModeRow &row : kModes) {
         if (row.mode != mode) continue;
         switch (row.reading) {
@@ -181,7 +181,7 @@ void OutputInterpreter::objDOS_ReceiveOutputs(const std::string &received) {
             case Reading::VersionInfo:
                 // The first line with anything on it stays; the rest is hidden.
                 if (!line.empty())
-                    view_.ChangeCurrentMode("HIDE ME");
+                    view_.ChangeCurrentMode(Mode::HideMe);
                 else
                     hide = true;
                 break;
@@ -207,7 +207,7 @@ void OutputInterpreter::objDOS_ReceiveOutputs(const std::string &received) {
 }
 
 void OutputInterpreter::objDOS_nullOutputs() {
-    if (view_.currentMode() == "READ CD") recieveReadCD();
+    if (view_.currentMode() == Mode::ReadCD) recieveReadCD();
 }
 
 bool OutputInterpreter::translateLog(const std::string &line, std::string &translated,
@@ -369,7 +369,7 @@ bool OutputInterpreter::checkRead(const std::string &line) {
 bool OutputInterpreter::recieveReadCD() {
     bool hide = false;
     for (int i = 0; i < 4; ++i) view_.letEventsRun();
-    if (due(state_.lastReadUpdate, false) && view_.currentMode() == "READ CD") {
+    if (due(state_.lastReadUpdate, false) && view_.currentMode() == Mode::ReadCD) {
         state_.lastReadUpdate = clock_();
         if (state_.readSector != 0) {
             view_.setStatus("Cdrdao Reading Sector #" + std::to_string(state_.readSector));

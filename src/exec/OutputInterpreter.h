@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "exec/Mode.h"
+
 namespace saltmarrow {
 
 namespace platform {
@@ -40,8 +42,8 @@ public:
     virtual std::string message(std::string_view key) const = 0;  // the message table
     virtual platform::Sounds &sounds() = 0;
     virtual void writeCommandLog(const std::string &line) = 0;  // commandlog.txt, first instance only
-    virtual std::string currentMode() const = 0;
-    virtual void ChangeCurrentMode(const std::string &mode) = 0;
+    virtual Mode currentMode() const = 0;
+    virtual void ChangeCurrentMode(Mode mode) = 0;
 
     // What the frame of a disc read needs of the form.
     virtual bool commandExecute(const std::string &command) = 0;

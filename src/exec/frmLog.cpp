@@ -3,6 +3,8 @@
 #include <QAction>
 #include <QClipboard>
 #include <QCloseEvent>
+#include <QFontDatabase>
+#include <QFontInfo>
 #include <QGuiApplication>
 #include <QMenu>
 #include <QPlainTextEdit>
@@ -14,15 +16,14 @@
 
 namespace saltmarrow {
 
-frmLog::frmLog(platform::Dialogs &dialogs, QWidget *owner)
-    : QWidget(owner, Qt::Tool), dialogs_(dialogs) {
+frmLog::frmLog(platform::Dialogs &dialogs, QWidget *owner) : QWidget(owner, Qt::Tool), dialogs_(dialogs) {
     setObjectName("frmLog");
     setWindowTitle(QStringLiteral("  Command Log"));
     txtOutputs = new QPlainTextEdit(this);
     txtOutputs->setObjectName("txtOutputs");
     txtOutputs->setReadOnly(true);
     txtOutputs->setLineWrapMode(QPlainTextEdit::NoWrap);
-    txtOutputs->setFont(QFont(QStringLiteral("Courier New"), 9));
+    setLogFont(QStringLiteral("Courier New"), 9);
     txtOutputs->setContextMenuPolicy(Qt::CustomContextMenu);
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -59,17 +60,34 @@ void frmLog::appendLine(const QString &line) {
     txtOutputs->moveCursor(QTextCursor::End);
 }
 
-void frmLog::clearLog() { txtOutputs->clear(); }
+void frmLog::clearLog() {
+    txtOutputs->clear();
+}
 
 void frmLog::setLogFont(const QString &name, double size) {
     QFont f = txtOutputs->font();
     if (!name.isEmpty()) f.setFamily(name);
     if (size > 0) f.setPointSizeF(size);
+    // The tools line up their columns with blanks: a font that is missing
+    // must not fall back to a proportional one.
+    if (!QFontInfo(f).fixedPitch()) {
+        const double points = f.pointSizeF();
+        f = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+        // Some systems name a font for the purpose that does not keep to it.
+        if (!QFontInfo(f).fixedPitch())
+            for (const QString &family : QFontDatabase::families())
+                if (QFontDatabase::isFixedPitch(family)) {
+                    f = QFont(family);
+                    break;
+                }
+        if (points > 0) f.setPointSizeF(points);
+    }
     txtOutputs->setFont(f);
 }
 
 void frmLog::mnuFont_Click() {
-    auto choice = dialogs_.chooseFont({txtOutputs->font().family().toStdString(), txtOutputs->font().pointSize()});
+    auto choice =
+        dialogs_.chooseFont({txtOutputs->font().family().toStdString(), txtOutputs->font().pointSize()});
     if (!choice) return;
     QFont f(QString::fromStdString(choice->name), choice->size);
     f.setBold(false);

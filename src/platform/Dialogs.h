@@ -1,10 +1,8 @@
 #ifndef SALTMARROW_PLATFORM_DIALOGS_H
 #define SALTMARROW_PLATFORM_DIALOGS_H
 
-#include <deque>
 #include <optional>
 #include <string>
-#include <variant>
 #include <vector>
 
 namespace saltmarrow::platform {
@@ -28,9 +26,9 @@ constexpr int No = 7;
 
 struct FileRequest {
     std::string title;
-    std::string folder;       // where the dialog opens
-    std::string fileName;     // proposed name
-    std::string filter;       // "Text (*.x;*.y)|*.x;*.y|..." as the program writes it
+    std::string folder;    // where the dialog opens
+    std::string fileName;  // proposed name
+    std::string filter;    // "Text (*.x;*.y)|*.x;*.y|..." as the program writes it
     int flags = 0;
     bool multiSelect = false;
 };
@@ -59,40 +57,6 @@ public:
     virtual std::optional<std::string> inputBox(const std::string &prompt, const std::string &title,
                                                 const std::string &defaultText) = 0;
     virtual std::optional<FontChoice> chooseFont(const FontChoice &current) = 0;
-};
-
-// Answers from a queue and records every prompt, for tests. A prompt with no
-// answer queued is counted in unanswered and gets OK, or a cancel for dialogs.
-class ScriptedDialogs : public Dialogs {
-public:
-    using Answer = std::variant<int, std::vector<std::string>, std::string, FolderChoice, FontChoice, std::monostate>;
-
-    struct Prompt {
-        std::string kind;  // "msgbox", "open", "save", "folder", "input", "font"
-        std::string text;  // message, or title of a dialog
-        int style = 0;
-        std::string title;
-        FileRequest request;
-    };
-
-    void answer(Answer a) { answers_.push_back(std::move(a)); }
-    void cancelNext() { answers_.emplace_back(std::monostate{}); }
-
-    std::vector<Prompt> prompts;
-    int unanswered = 0;
-
-    int MsgBoxOverMe(const std::string &text, int style, const std::string &title) override;
-    std::optional<std::vector<std::string>> openFile(const FileRequest &request) override;
-    std::optional<std::string> saveFile(const FileRequest &request) override;
-    std::optional<FolderChoice> browseFolder(const std::string &title, const std::string &folder,
-                                             const std::string &checkBoxCaption, bool checked) override;
-    std::optional<std::string> inputBox(const std::string &prompt, const std::string &title,
-                                        const std::string &defaultText) override;
-    std::optional<FontChoice> chooseFont(const FontChoice &current) override;
-
-private:
-    std::optional<Answer> next();
-    std::deque<Answer> answers_;
 };
 
 }  // namespace saltmarrow::platform

@@ -1,3 +1,5 @@
+#include "platform/LinuxDriveLayer.h"
+
 #include <fcntl.h>
 #include <linux/cdrom.h>
 #include <sys/ioctl.h>
@@ -10,7 +12,6 @@
 #include <iterator>
 #include <sstream>
 
-#include "platform/DriveLayer.h"
 #include "support/mdlFunctions.h"
 
 namespace saltmarrow::platform {
@@ -102,10 +103,6 @@ std::string kernelName(std::string_view address) {
 
 LinuxDriveLayer::LinuxDriveLayer(std::string kernelInfo) : kernelInfo_(std::move(kernelInfo)) {}
 
-std::string LinuxDriveLayer::scanArguments(bool) const {
-    return " scanbus";
-}
-
 std::vector<std::string> LinuxDriveLayer::deviceLines(std::string_view scanOutput) const {
     std::vector<std::string> lines;
     for (std::string &line : outputLines(scanOutput))
@@ -121,10 +118,6 @@ std::optional<std::string_view> LinuxDriveLayer::scanProblem(std::string_view sc
     }
     if (deviceLines(scanOutput).empty()) return "msgNoDevicesFound";
     return std::nullopt;
-}
-
-bool LinuxDriveLayer::layerLoaded(std::string_view scanOutput) const {
-    return !deviceLines(scanOutput).empty();
 }
 
 ScannedDrive LinuxDriveLayer::parseScanLine(std::string_view line) const {

@@ -2,7 +2,6 @@
 #define SALTMARROW_PLATFORM_SOUNDS_H
 
 #include <string>
-#include <vector>
 
 namespace saltmarrow::platform {
 
@@ -18,12 +17,6 @@ public:
 class BeepSounds : public Sounds {
 public:
     void play(const std::string &name, bool async) override;
-};
-
-class RecordingSounds : public Sounds {
-public:
-    void play(const std::string &name, bool) override { played.push_back(name); }
-    std::vector<std::string> played;
 };
 
 }  // namespace saltmarrow::platform

@@ -64,7 +64,7 @@ void loadAudioToc(frmMain &main, const std::string &tocPath, bool autoWrite) {
     const std::string label = vb::UCase(main.msg("msgAudioCD"));
     main.sbPanel[0]->setText(QString::fromStdString(label));
     main.setStatus(label);
-    main.ChangeCurrentMode("AUDIO CD");
+    main.ChangeCurrentMode(Mode::AudioCD);
     main.mnuRestore_Click();
     if (autoWrite) QTimer::singleShot(0, main.cmdWrite, [&main] { main.cmdWrite->click(); });
 }

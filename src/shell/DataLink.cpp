@@ -12,6 +12,7 @@
 
 #include "data/NewDataJob.h"
 #include "data/frmISOSettings.h"
+#include "discops/frmEraseCD.h"
 #include "exec/frmLog.h"
 #include "platform/EventWait.h"
 #include "platform/SystemInfo.h"
@@ -37,7 +38,7 @@ DataLink::DataLink(frmMain &main, const ShellEnvironment &env) : main_(main), en
 void DataLink::writeData(bool image) {
     frmMain &m = main_;
     discops::DataWriteClick click;
-    click.dvd = image || m.currentMode == "DATA DVD";
+    click.dvd = image || m.currentMode == Mode::DataDVD;
     click.panel = m.writePanel();
     click.settings = m.fragmentSettings();
     click.availableInterfaces = m.deviceState.availableInterfaces;
@@ -56,7 +57,7 @@ void DataLink::writeData(bool image) {
         m.updateMediaInfo(false, false, false);
         return m.writePanel();
     };
-    host.offerErase = m.offerErase;
+    host.offerErase = [&m] { return m.eraseForm->offerErase(); };
     host.clearLog = [&m] { m.log->clearLog(); };
     host.setProgressMax = [&m](int max) { m.ProgressBar1->setMaximum(std::max(max, 1)); };
     host.writeFrame = [&m](const std::string &command) { m.writeFrame(command); };
@@ -103,7 +104,7 @@ DataFormHost DataLink::formHost() {
     build.charset = data::isoCharset(platform::localeCodeset());
     build.waitForEvents = platform::waitForEvents;
     build.writeCommandLog = [m](const std::string &line) { m->runner.log.writeLine(line); };
-    build.ChangeCurrentMode = [m](const std::string &mode) { m->ChangeCurrentMode(mode); };
+    build.ChangeCurrentMode = [m](Mode mode) { m->ChangeCurrentMode(mode); };
     build.setMainProgressMax = [m](int max) { m->ProgressBar1->setMaximum(max); };
     build.elapsedText = [m](long seconds) {
         return elapsedTimeText(seconds, m->msg("msgTimeHrs"), m->msg("msgTimeMins"), m->msg("msgTimeSecs"));
@@ -118,7 +119,7 @@ void DataLink::handOver(const discops::DataDisc &disc, const std::string &label,
     main_.dataDisc = disc;
     main_.setStatus(label);
     main_.sbPanel[0]->setText(QString::fromStdString(label));
-    main_.ChangeCurrentMode(form_->project.blnDVD ? "DATA DVD" : "DATA CD");
+    main_.ChangeCurrentMode(form_->project.blnDVD ? Mode::DataDVD : Mode::DataCD);
     main_.slot.strFilename.clear();
     form_->hide();
     while (form_->isVisible()) QCoreApplication::processEvents();

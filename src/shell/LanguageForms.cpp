@@ -45,11 +45,22 @@ std::optional<int> indexOf(const QObject *o) {
     return ok ? std::optional<int>(i) : std::nullopt;
 }
 
+// The objects of form itself, without those of the windows it owns (the
+// log, the dialogs): each of those is a form with a section of its own. Its
+// menus are windows too, but its own.
+template <typename Visit>
+void forEachOwnObject(const QObject *parent, const Visit &visit) {
+    for (QObject *o : parent->children()) {
+        if (auto *w = qobject_cast<QWidget *>(o); w && w->isWindow() && !qobject_cast<QMenu *>(w)) continue;
+        if (isOwnControl(o)) visit(o);
+        forEachOwnObject(o, visit);
+    }
+}
+
 // The controls of form that a caption line or a tool tip row names.
 QMultiHash<QString, QObject *> controlsByName(QWidget *form) {
     QMultiHash<QString, QObject *> byName;
-    for (QObject *o : form->findChildren<QObject *>())
-        if (isOwnControl(o)) byName.insert(o->objectName(), o);
+    forEachOwnObject(form, [&](QObject *o) { byName.insert(o->objectName(), o); });
     return byName;
 }
 
@@ -152,11 +163,11 @@ FormCaptions collectCaptions(const QWidget *form) {
     FormCaptions captions;
     captions.formName = form->objectName().toStdString();
     captions.caption = form->windowTitle().toStdString();
-    for (const QObject *o : form->findChildren<QObject *>()) {
+    forEachOwnObject(form, [&](const QObject *o) {
         QString text;
-        if (!isOwnControl(o) || !controlCaption(o, text)) continue;
-        captions.controls.push_back({o->objectName().toStdString(), indexOf(o), text.toStdString()});
-    }
+        if (controlCaption(o, text))
+            captions.controls.push_back({o->objectName().toStdString(), indexOf(o), text.toStdString()});
+    });
     return captions;
 }
 

@@ -8,11 +8,11 @@
 namespace saltmarrow {
 
 namespace {
-constexpr std::array<std::string_view, 6> kWriteModes{"WRITE CD", "AUDIO CD", "COPY CD",
-                                                      "DATA CD",  "DATA DVD", "WRITE DVD"};
+constexpr std::array kWriteModes{Mode::WriteCD, Mode::AudioCD, Mode::CopyCD,
+                                 Mode::DataCD,  Mode::DataDVD, Mode::WriteDVD};
 }
 
-bool isWriteMode(const std::string &mode) {
+bool isWriteMode(Mode mode) {
     for (auto m : kWriteModes)
         if (mode == m) return true;
     return false;
@@ -20,9 +20,11 @@ bool isWriteMode(const std::string &mode) {
 
 WriteOutcome decideWriteOutcome(const WriteOutcomeInput &in, const TimeWords &words) {
     WriteOutcome out;
-    const bool erasing = in.mode == "ERASE CD";
-    if (in.confirmWrite) out.restoreFromTray = true;
-    else if (!erasing) out.playAsterisk = true;
+    const bool erasing = in.mode == Mode::EraseCD;
+    if (in.confirmWrite)
+        out.restoreFromTray = true;
+    else if (!erasing)
+        out.playAsterisk = true;
 
     if (in.writeCancelled) {
         out.statusKey = "msgWriteCancelled";
@@ -47,13 +49,6 @@ std::string progressCaption(int value, int max, const std::string &product) {
     std::string digits = std::to_string(percent);
     if (digits.size() < 2) digits = "0" + digits;
     return digits + "% " + product;
-}
-
-std::string versionText(int major, int minor, int revision, const std::string &preRelease) {
-    std::string v = std::to_string(major) + "." + std::to_string(minor);
-    if (revision > 0 && revision < 27) v += static_cast<char>(96 + revision);
-    if (!preRelease.empty()) v += " " + preRelease;
-    return v;
 }
 
 }  // namespace saltmarrow

@@ -3,6 +3,8 @@
 
 #include <string>
 
+#include "exec/Mode.h"
+
 namespace saltmarrow {
 
 // What the write frame does once the tool has ended. The outcome is read from
@@ -13,13 +15,13 @@ struct WriteOutcomeInput {
     bool writeCancelled = false;
     bool confirmWrite = false;  // mnuConfirmWrite
     bool deleteImages = false;  // chkDelImage
-    std::string mode;           // currentMode
+    Mode mode = Mode::None;     // currentMode
     long elapsedSeconds = 0;
 };
 
 struct WriteOutcome {
-    std::string statusKey;        // message key for txtStatus
-    std::string elapsedText;      // filled in %1 of msgWriteSuccess
+    std::string statusKey;    // message key for txtStatus
+    std::string elapsedText;  // filled in %1 of msgWriteSuccess
     bool restoreFromTray = false;
     bool playAsterisk = false;    // stands in for the message box
     bool showMessageBox = false;  // the status text again, style 64
@@ -34,14 +36,10 @@ struct TimeWords {
 WriteOutcome decideWriteOutcome(const WriteOutcomeInput &in, const TimeWords &words = {});
 
 // The modes in which the caption and the tray tip carry the progress.
-bool isWriteMode(const std::string &mode);
+bool isWriteMode(Mode mode);
 
 // "42% saltmarrow": the caption while a write mode runs.
 std::string progressCaption(int value, int max, const std::string &product);
-
-// Major.minor, a letter for a revision above 0 (1 gives "a"), then the
-// pre-release label when there is one.
-std::string versionText(int major, int minor, int revision, const std::string &preRelease = {});
 
 }  // namespace saltmarrow
 

@@ -4,18 +4,17 @@
 #include <QDateTime>
 #include <QMainWindow>
 #include <QPointer>
-#include <QDialog>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 
 #include "devices/DeviceHost.h"
-#include "devices/DeviceInfo.h"
 #include "discops/DataWrite.h"
 #include "discops/Fragments.h"
 #include "discops/ImageSlot.h"
 #include "exec/CommandRunner.h"
+#include "exec/Mode.h"
 #include "exec/OutputInterpreter.h"
 #include "shell/EncoderTable.h"
 #include "shell/MessageTable.h"
@@ -43,6 +42,9 @@ class frmDeviceInfo;
 class frmEraseCD;
 class frmLog;
 class frmStartUp;
+namespace discops {
+struct Refusal;
+}
 namespace platform {
 class Dialogs;
 class Sounds;
@@ -58,11 +60,13 @@ struct ShellEnvironment {
     platform::Sounds *sounds = nullptr;
     ErrorReporter *errors = nullptr;
     std::function<void(const std::string &)> openDocument;  // the desktop's handler
-    std::function<void()> terminate;                         // the error report's Terminate
+    std::function<void()> terminate;                        // the error report's Terminate
     bool showSplash = true;
     bool singleInstance = true;  // tests of other things may run several forms at once
 };
 
+// The main window: it owns the program's state, gathers what its controls
+// say, hands it to the jobs and shows what they decide.
 class frmMain : public QMainWindow {
     Q_OBJECT
 public:
@@ -73,7 +77,7 @@ public:
     // this instance ends at once.
     bool Form_Load();
 
-    void ChangeCurrentMode(const std::string &mode) { currentMode = mode; }
+    void ChangeCurrentMode(Mode mode) { currentMode = mode; }
     // enable left out: only the button changes, the tagged controls stay.
     void enableControls(std::optional<bool> enable, bool cancellable = false);
     void showSettings(bool shown);
@@ -85,29 +89,48 @@ public:
     std::string msg(const std::string &key) const;
     void setStatus(const std::string &text);
     void parseCommand();
-    discops::ImageContext imageContext();
-    // The medium against the task; an ISO on a DVD turns the task to "WRITE DVD".
-    bool mediumFitsTask(const std::string &mediaType);
     // Closing as the user would: false when the user stopped it.
     bool queryUnload();
     void Form_Unload();
+    // Receives what a second instance handed over.
+    void receiveHandOver(const std::string &text);
     // What the program around it gave the form: dialogs, error reporter, ...
     const ShellEnvironment &environment() const { return env_; }
-    // Where the program is started with "/langtemplate".
-    bool langTemplateRequested() const { return langTemplate_; }
 
-    // Output of objDOS: log file first, then the log window.
-    void objDOS_ReceiveOutputs(const std::string &line);
-    void objDOS_nullOutputs();
+    // Handlers of the button and the menus.
+    void cmdWrite_Click();
+    void mnuLoad_Click();
+    void mnuLog_Click();
+    void mnuDeviceSettings_Click();
+    void mnuDeviceInfo_Click();
+    void mnuErase_Click();
+    void mnuDonate_Click();
+    void mnuAbout_Click();
+    void mnuRestore_Click();
+    void discErase(const std::string &eraseMode);
+    void deleteImage();
+    void saveSettings();
+
+    // The panels and the drive procedures around them.
+    DeviceHost deviceHost();
+    WritePanel writePanel() const;
+    ReadPanel readPanel() const;
+    FragmentSettings fragmentSettings() const;
+    void cmbWriterDevice_Click();
+    void cmbReaderDevice_Click();
+    void chkUseSPTI_Click();
+    // The drive status refresh.
+    void updateMediaInfo(bool autoRefresh, bool refreshList, bool showInfo);
+    // The disc in the writer, for the jobs of other forms (see DriveQueries).
+    std::string discStatus(bool chkMulti = false);
 
     // State the rest of the program reads and sets.
-    std::string currentMode;
+    Mode currentMode = Mode::None;
     std::string commandLine;
     bool formLoaded = false;
     bool isNT = false;
     bool secondInstance = false;
-    bool logDocked = true;
-    int collapsedHeight = 0;  // twips
+    int collapsedHeight = 0;  // twips of the window's inside, without the frame
     int expandedHeight = 0;
     std::string writeCaption;
     std::string commandFile;
@@ -116,31 +139,23 @@ public:
     bool writeFailed = false;
     bool writeCancelled = false;
     bool autoWritePending = false;
-    QDateTime writeStartTime;
     std::string Version;
     std::string appDir;
     MessageTable messages;
     Settings settings;
     ToolPaths paths;
-    DeviceState deviceState;  // the device table and what the scans left
+    DeviceState deviceState;  // the device table and what the scan left
     OptionsMemory optionsMemory;
+    std::optional<EncoderTable> encoderTable;
     InterpreterState interpreterState;
     std::unique_ptr<OutputInterpreter> interpreter;
-    std::optional<EncoderTable> encoderTable;
-    // Shows the erase dialog over a rewritable disc that is not blank;
-    // returns true if the user cancelled it.
-    std::function<bool()> offerErase;
-    // The image slot, and the temporary folder of a compiled audio project.
     discops::ImageSlot slot;
-    std::string strTempName;
+    std::string strTempName;     // the temporary folder of a compiled audio project
     discops::DataDisc dataDisc;  // what the data form handed over for writeDataCD
     // The jobs of the mastering and copy forms, where they exist.
     std::function<void()> copyDisc;
     std::function<void()> writeDataCD;
     std::function<void()> writeDVDImage;
-    // frmDeviceInfo, once it has been opened.
-    std::function<bool()> deviceInfoShown;
-    std::function<void()> refreshDeviceInfo;
     QPointer<frmAudioCD> audioCD;  // once mnuAudioCD has opened it
     CommandRunner runner;
 
@@ -168,55 +183,12 @@ public:
     QAction *mnuHelpContents, *mnuExternal, *mnuDonate, *mnuAbout;
     QAction *mnuRestore, *mnuDonate2, *mnuSysTrayAbout, *mnuSysTrayExit;
     frmLog *log;
+    frmEraseCD *eraseForm;
+    QPointer<frmDeviceInfo> deviceInfoForm;
     QSystemTrayIcon *cSysTray1 = nullptr;
 
-    // Handlers of the menu entries and buttons.
-    void cmdWrite_Click();
-    void mnuLoad_Click();
-    void mnuLog_Click();
-    void mnuDeviceSettings_Click();
-    void mnuOnTop_Click();
-    void mnuMouseOver_Click();
-    void mnuHelpContents_Click();
-    void mnuAbout_Click();
-    void mnuExternal_Click();
-    void mnuLanguages_Click();
-    void saveSettings();
-
-    // The devices: what the panels hold, and the procedures around them.
-    DeviceHost deviceHost();
-    WritePanel writePanel() const;
-    void applyWritePanel(const WritePanel &panel);
-    ReadPanel readPanel() const;
-    FragmentSettings fragmentSettings() const;
-    void applyDeviceLists(const DeviceLists &lists);
-    DeviceLists deviceLists() const;
-    void cmbWriterDevice_Click();
-    void cmbReaderDevice_Click();
-    void chkUseSPTI_Click();
-    void writeOptions_Click();
-    void readOptions_Click();
-    void mnuDeviceInfo_Click();
-    void mnuErase_Click();
-    void discErase(const std::string &mode);
-    int writerIndex() const;
-    // The drive status refresh.
-    void updateMediaInfo(bool autoRefresh, bool refreshList, bool showInfo);
-    std::string discStatus(bool chkMulti = false);
-    void mnuRestore_Click();
-    void deleteImage();
-    void placeLog();
-
-    // Heights in twips, as the window's outer size.
-    int heightTwips() const;
-    void setHeightTwips(int twips);
-    // The client height the layout needs, without the menu bar, in twips.
-    int scaleHeightTwips() const;
-
-    // Receives what a second instance handed over.
-    void receiveHandOver(const std::string &text);
-
 protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
     void changeEvent(QEvent *event) override;
     void moveEvent(QMoveEvent *event) override;
@@ -224,26 +196,43 @@ protected:
     void showEvent(QShowEvent *event) override;
 
 private:
+    // The design of the form (frmMainDesign.cpp).
     void buildControls();
     void buildMenus();
+    // The device lists and the write panel as the drive procedures leave them.
+    DeviceLists deviceLists() const;
+    void applyDeviceLists(const DeviceLists &lists);
+    void applyWritePanel(const WritePanel &panel);
+    void writeOptions_Click();
+    void readOptions_Click();
+    int writerIndex() const;
+    std::string writerDeviceFragment();
+
     void connectHandlers();
     void on(QObject *sender, const char *procedure, const std::function<void()> &handler);
     void run(const char *procedure, const std::function<void()> &handler);
+    void showRefusal(const discops::Refusal &refusal);
     void splash(const std::string &text, int step);
+    bool startAsSecondInstance();
+    void fillFixedLists();
+    void fixSizes();
+    void keepOnScreen();
+    void placeLog();
     void logMoved();
     void applyOnTop();
     void updateCaptionProgress();
+    discops::ImageContext imageContext();
 
     ShellEnvironment env_;
     bool langTemplate_ = false;
     bool firstActivation_ = true;
     bool busy_ = false;
+    bool framing_ = false;  // a write frame runs: the caption carries its progress
+    bool logDocked_ = true;
+    bool eraseCancelled_ = false;
     std::unique_ptr<platform::SingleInstance> instance_;
     std::unique_ptr<InterpreterView> interpreterView_;
     std::unique_ptr<DeviceHost> deviceInfoHost_;  // outlives the dialog that keeps it
-    QPointer<frmDeviceInfo> deviceInfoForm_;
-    frmEraseCD *eraseForm_ = nullptr;
-    bool eraseCancelled_ = false;
     QPointer<frmStartUp> startUp_;
     std::unique_ptr<DataLink> dataLink_;  // the data form behind the mastering menu
 };

@@ -18,20 +18,6 @@ public:
     QProgressBar *prgStatus;
 };
 
-// The About box.
-class frmAbout : public QWidget {
-    Q_OBJECT
-public:
-    frmAbout(const QString &version, QWidget *parent = nullptr);
-    QLabel *lblTitle;
-    QLabel *lblVersion;
-    QLabel *lblPreRelease;
-    QLabel *lblDescription;
-};
-
-// The program's icon, drawn: a disc.
-QIcon productIcon();
-
 }  // namespace saltmarrow
 
 #endif

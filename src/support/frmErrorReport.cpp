@@ -8,9 +8,6 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-#include "platform/Sounds.h"
-#include "platform/SystemInfo.h"
-
 namespace saltmarrow {
 
 frmErrorReport::frmErrorReport(const std::string &heading, const std::string &details, QWidget *parent)
@@ -59,9 +56,13 @@ frmErrorReport::frmErrorReport(const std::string &heading, const std::string &de
     cmdIgnore->setDefault(true);
 }
 
-QtErrorReporter::QtErrorReporter(platform::Sounds &sounds, std::function<std::string()> heading,
-                                 std::string appVersion, QWidget *owner)
-    : sounds_(sounds), heading_(std::move(heading)), appVersion_(std::move(appVersion)), owner_(owner) {}
+QtErrorReporter::QtErrorReporter(std::function<void()> playHand, std::function<std::string()> heading,
+                                 std::string appVersion, std::string platformVersion, QWidget *owner)
+    : playHand_(std::move(playHand)),
+      heading_(std::move(heading)),
+      appVersion_(std::move(appVersion)),
+      platformVersion_(std::move(platformVersion)),
+      owner_(owner) {}
 
 bool QtErrorReporter::ErrorReport(int number, const std::string &description, const std::string &module,
                                   const std::string &procedure, int line) {
@@ -70,11 +71,11 @@ bool QtErrorReporter::ErrorReport(int number, const std::string &description, co
     showing_ = true;
     bool goOn = true;
     try {
-        sounds_.play("SystemHand", true);
-        frmErrorReport dialog(heading_ ? heading_() : std::string(),
-                              errorReportText(number, description, module, procedure, line, appVersion_,
-                                              platform::platformVersion()),
-                              owner_);
+        if (playHand_) playHand_();
+        frmErrorReport dialog(
+            heading_ ? heading_() : std::string(),
+            errorReportText(number, description, module, procedure, line, appVersion_, platformVersion_),
+            owner_);
         dialog.raise();
         dialog.exec();
         goOn = dialog.goOn();

@@ -13,10 +13,6 @@ class QPushButton;
 
 namespace saltmarrow {
 
-namespace platform {
-class Sounds;
-}
-
 class frmErrorReport : public QDialog {
     Q_OBJECT
 public:
@@ -34,18 +30,20 @@ private:
 };
 
 // The reporter of the running program: the modal dialog, never nested.
+// playHand plays the system's "SystemHand"; platformVersion names the system.
 class QtErrorReporter : public ErrorReporter {
 public:
-    QtErrorReporter(platform::Sounds &sounds, std::function<std::string()> heading, std::string appVersion,
-                    QWidget *owner = nullptr);
+    QtErrorReporter(std::function<void()> playHand, std::function<std::string()> heading,
+                    std::string appVersion, std::string platformVersion, QWidget *owner = nullptr);
     bool ErrorReport(int number, const std::string &description, const std::string &module,
                      const std::string &procedure, int line) override;
     void setOwner(QWidget *owner) { owner_ = owner; }
 
 private:
-    platform::Sounds &sounds_;
+    std::function<void()> playHand_;
     std::function<std::string()> heading_;
     std::string appVersion_;
+    std::string platformVersion_;
     QWidget *owner_;
     bool showing_ = false;
 };

@@ -250,11 +250,4 @@ bool IsNumeric(std::string_view text) {
     return !t.empty() && (parseDecimal(t, v) || parseRadix(t, v));
 }
 
-std::string quoteString(std::string_view text) {
-    std::string out = "\"";
-    out += text;
-    out += '"';
-    return out;
-}
-
 }  // namespace saltmarrow::vb

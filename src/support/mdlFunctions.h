@@ -56,9 +56,6 @@ std::int16_t CInt(std::string_view text);
 std::int32_t CLng(double value);
 bool IsNumeric(std::string_view text);
 
-// The text between double quotes.
-std::string quoteString(std::string_view text);
-
 }  // namespace saltmarrow::vb
 
 #endif

@@ -10,6 +10,7 @@
 #include "audio/AudioCompile.h"
 #include "audio/AudioHost.h"
 #include "platform/Dialogs.h"
+#include "testlib/ScriptedDialogs.h"
 #include "shell/MessageTable.h"
 
 namespace saltmarrow::test {
@@ -31,7 +32,7 @@ inline void writeWave(const std::string &path, int rate = 44100, int channels = 
 // The main window as a test plays it: English texts, settings in a map,
 // scripted dialogs, the command log in a list and an optional free-space seam.
 struct AudioTestHost {
-    platform::ScriptedDialogs dialogs;
+    test::ScriptedDialogs dialogs;
     MessageTable messages;
     std::map<std::string, std::string, std::less<>> settings;
     std::vector<std::string> log;

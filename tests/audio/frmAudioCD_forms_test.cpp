@@ -84,7 +84,7 @@ TEST(AudioWindow, FilesAreCompiledHandedToTheMainWindowAndWritten) {
     writer.readsDVD = writer.writesDVD = false;
     writer.medium = "CD-R";
     writer.extra = "blank = yes\nappendable = no\nrewritable = no\ncapacity = 359849\n";
-    installLinuxFakeDrive(app.path(), {writer});
+    installFakeDrive(app.path(), {writer});
     fs::create_symlink(onPath("madplay"), app.path() + "/external/madplay");
     const std::string wav = music.file("one.wav"), mp3 = music.file("two.mp3");
     DOSOutputs().ExecuteCommand("sox -n -r 44100 -c 2 -b 16 " + platform::quoteArgument(wav) +
@@ -106,7 +106,7 @@ TEST(AudioWindow, FilesAreCompiledHandedToTheMainWindowAndWritten) {
     audio.cmdCompile->click();
 
     EXPECT_TRUE(audio.isHidden());
-    EXPECT_EQ(f.currentMode, "AUDIO CD");
+    EXPECT_EQ(f.currentMode, Mode::AudioCD);
     EXPECT_EQ(f.sbPanel[0]->text().toStdString() + "|" + f.txtStatus->text().toStdString(),
               "AUDIO CD|AUDIO CD");
     EXPECT_EQ(f.slot.strFilename, f.strTempName + "/authored.toc");

@@ -14,6 +14,7 @@
 #include "cddb/FreedbHost.h"
 #include "exec/EnglishTexts.h"
 #include "platform/Dialogs.h"
+#include "testlib/ScriptedDialogs.h"
 
 namespace saltmarrow::test {
 
@@ -60,7 +61,7 @@ private:
 
 // The host of a dialog that is answered by dialogs, in English, and keeps its
 // settings in settings.
-inline FreedbHost scriptedHost(platform::ScriptedDialogs &dialogs, FreedbSettings &settings) {
+inline FreedbHost scriptedHost(test::ScriptedDialogs &dialogs, FreedbSettings &settings) {
     FreedbHost host;
     host.dialogs = &dialogs;
     host.message = [](std::string_view key) { return englishText(key); };

@@ -41,7 +41,7 @@ TEST(QueryFreedb, ThreeWavesGetTheirNames) {
         {"quit", {"230 test Closing connection.  Goodbye.\r\n", "<close>"}}};
     test::AudioTestHost audio;  // tracks added with the two-second gap, names from CD-Text
     audio.settings["UseCDText"] = audio.settings["2secGap"] = "True";
-    platform::ScriptedDialogs &dialogs = audio.dialogs;
+    test::ScriptedDialogs &dialogs = audio.dialogs;
     dialogs.answer(platform::mb::Yes);  // split into artist and title
     FreedbSettings settings{server.address() + "|", 0, "me@example.org", ""};
     std::optional<cddb::ResultTable> names;

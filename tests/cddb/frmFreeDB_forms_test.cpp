@@ -17,7 +17,7 @@ namespace {
 
 struct FreeDB : ::testing::Test {
     test::TranscriptServer server;
-    platform::ScriptedDialogs dialogs;
+    test::ScriptedDialogs dialogs;
     FreedbSettings settings{"", 0, "me@example.org", ""};
     std::unique_ptr<frmFreeDB> form;
 

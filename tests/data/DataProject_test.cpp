@@ -10,6 +10,7 @@
 #include "data/DataJob.h"
 #include "data/VolumeLabel.h"
 #include "platform/Dialogs.h"
+#include "testlib/ScriptedDialogs.h"
 #include "testlib/TestSupport.h"
 
 using namespace saltmarrow;
@@ -23,7 +24,7 @@ namespace {
 // and a folder `top` holding: a;x/{c.txt, deep/d.txt}, b.txt, empty/.
 struct Rig : ::testing::Test {
     test::TempDir dir;
-    platform::ScriptedDialogs dialogs;
+    test::ScriptedDialogs dialogs;
     std::map<std::string, std::string, std::less<>> settings;
     std::vector<std::pair<double, double>> progress;
     std::function<void(double)> onProgress;

@@ -5,7 +5,7 @@
 
 #include <filesystem>
 
-#include "platform/Dialogs.h"
+#include "testlib/ScriptedDialogs.h"
 #include "testlib/TestSupport.h"
 
 using namespace saltmarrow;
@@ -81,16 +81,16 @@ TEST(IsoBuild, OptionsInTheirOrder) {
 // listed into a temporary folder; messages are their keys.
 TEST(IsoBuild, ListInNodeOrderCancelAndEmptyProject) {
     test::TempDir dir;
-    platform::ScriptedDialogs dialogs;
+    test::ScriptedDialogs dialogs;
     DataProject project;
     DataHost host;
     host.dialogs = &dialogs;
     host.message = [](std::string_view key) { return std::string(key); };
     DataJob job(project, host);
-    std::string mode = "DATA CD";
+    Mode mode = Mode::DataCD;
     IsoBuildHost buildHost;
     buildHost.tempFolder = dir.path();
-    buildHost.ChangeCurrentMode = [&](const std::string &m) { mode = m; };
+    buildHost.ChangeCurrentMode = [&](Mode m) { mode = m; };
     IsoBuild build(job, buildHost);
     test::writeFile(dir.file("a.txt"), "a");
     test::writeFile(dir.file("r=1"), "r");
@@ -110,7 +110,7 @@ TEST(IsoBuild, ListInNodeOrderCancelAndEmptyProject) {
     project.cancelFlag = true;
     EXPECT_FALSE(build.buildFileList(true));
     EXPECT_FALSE(fs::exists(dir.file("isofilelist.txt")));
-    EXPECT_EQ(mode, "");
+    EXPECT_EQ(mode, Mode::None);
     project.cancelFlag = false;
     job.ClearList("L");
     build.cmdBurn_Click({});

@@ -6,9 +6,8 @@
 #include <filesystem>
 
 #include "data/IsoBuild.h"
-#include "platform/ChildProcess.h"
 #include "platform/CommandLine.h"
-#include "platform/Dialogs.h"
+#include "testlib/ScriptedDialogs.h"
 #include "testlib/TestSupport.h"
 
 using namespace saltmarrow;
@@ -17,25 +16,15 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// What a tool printed on either stream, run without a shell.
 std::string run(const std::vector<std::string> &args) {
-    std::string line, out;
-    for (const std::string &a : args) line += platform::quoteArgument(a) + " ";
-    platform::ChildProcess p;
-    if (!p.start(line, {})) return out;
-    char buf[65536];
-    for (bool ended = false; !ended;) {
-        ended = p.waitFor(20);
-        for (int n; (n = p.read(buf, sizeof buf)) > 0;) out.append(buf, n);
-    }
-    return out;
+    return test::runTool(args).output;
 }
 
 const std::string kLong(100, 'n');
 
 struct Images : ::testing::Test {
     test::TempDir dir;
-    platform::ScriptedDialogs dialogs;
+    test::ScriptedDialogs dialogs;
     DataProject project;
     std::string lastStatus;
     std::function<void()> onPump;

@@ -8,6 +8,7 @@
 #include "data/NewDataJob.h"
 #include "platform/Dialogs.h"
 #include "shell/SettingsStore.h"
+#include "testlib/ScriptedDialogs.h"
 #include "testlib/TestSupport.h"
 
 using namespace saltmarrow;
@@ -144,7 +145,7 @@ TEST(IsoBoxes, BootImageMustBeAFile) {
 }
 
 TEST(NewDataJob, AChangeOfKindAsksOnlyWhenSomethingWasAdded) {
-    platform::ScriptedDialogs dialogs;
+    test::ScriptedDialogs dialogs;
     std::unique_ptr<DataProject> project;
     std::vector<std::string> calls;
     bool busy = false;

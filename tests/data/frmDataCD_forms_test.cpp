@@ -21,6 +21,7 @@
 #include "data/frmDataCD.h"
 #include "data/frmISOSettings.h"
 #include "platform/Dialogs.h"
+#include "testlib/ScriptedDialogs.h"
 #include "testlib/TestSupport.h"
 
 using namespace saltmarrow;
@@ -40,7 +41,7 @@ void type(QWidget *w, const QString &text) {
 
 struct DataForm : ::testing::Test {
     test::TempDir dir;
-    platform::ScriptedDialogs dialogs;
+    test::ScriptedDialogs dialogs;
     std::map<std::string, std::string, std::less<>> settings;
     std::vector<std::string> opened;
     std::function<void()> onPump;

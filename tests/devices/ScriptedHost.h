@@ -7,8 +7,8 @@
 
 #include "../exec/EnglishTexts.h"
 #include "devices/DeviceHost.h"
-#include "platform/Dialogs.h"
-#include "platform/DriveLayer.h"
+#include "platform/LinuxDriveLayer.h"
+#include "testlib/ScriptedDialogs.h"
 
 namespace saltmarrow::test {
 
@@ -20,14 +20,14 @@ struct ScriptedHost {
     std::vector<std::string> statuses;
     std::vector<std::string> splash;
     std::vector<int> sleeps;
-    std::string mode = "WRITE CD";
+    Mode mode = Mode::WriteCD;
     std::string log;
-    platform::ScriptedDialogs dialogs;
+    ScriptedDialogs dialogs;
+    platform::LinuxDriveLayer layer{"/nonexistent/cdrom.info"};
     DeviceHost host;
 
     ScriptedHost() {
-        static const platform::WindowsDriveLayer windows;  // the stored outputs are the Windows tools'
-        host.layer = &windows;
+        host.layer = &layer;
         host.cdrdao = "/app/external/cdrdao";
         host.run = [this](const std::string &command) {
             commands.push_back(command);
@@ -39,7 +39,7 @@ struct ScriptedHost {
         host.dialogs = &dialogs;
         host.message = [](std::string_view key) { return englishText(key); };
         host.currentMode = [this] { return mode; };
-        host.ChangeCurrentMode = [this](const std::string &m) { mode = m; };
+        host.ChangeCurrentMode = [this](Mode m) { mode = m; };
         host.showStatus = [this](const std::string &text) { statuses.push_back(text); };
         host.logText = [this] { return log; };
         host.setLogText = [this](const std::string &text) { log = text; };
@@ -51,33 +51,13 @@ struct ScriptedHost {
         };
         host.splashStep = [this] { splash.push_back("step"); };
     }
-    void answer(const std::string &output, bool ok = true) { answers.push_back({ok, output}); }
+    // The next output, as commandOutput holds it: CR LF before every line.
+    void answer(const std::vector<std::string> &lines, bool ok = true) {
+        std::string out;
+        for (const auto &l : lines) out += "\r\n" + l;
+        answers.push_back({ok, out});
+    }
 };
-
-// A tool output as commandOutput holds it: CR LF before every line.
-inline std::string toolOutput(const std::vector<std::string> &lines) {
-    std::string out;
-    for (const auto &l : lines) out += "\r\n" + l;
-    return out;
-}
-
-inline std::vector<std::string> scanBanner() {
-    return {"Cdrdao version 1.2.4 - (C) Andreas Mueller <andreas@daneb.de>",
-            "  SCSI interface library - (C) Joerg Schilling",
-            "  Paranoia DAE library - (C) Monty",
-            "",
-            "Check http://cdrdao.sourceforge.net/drives.html#dt for current driver tables.",
-            ""};
-}
-
-// A scan of one layer that loaded, listing the given device lines.
-inline std::string scanOutput(const std::vector<std::string> &deviceLines) {
-    std::vector<std::string> lines = scanBanner();
-    lines.push_back("Loading layer... OK!");
-    lines.push_back("");
-    lines.insert(lines.end(), deviceLines.begin(), deviceLines.end());
-    return toolOutput(lines);
-}
 
 }  // namespace saltmarrow::test
 

@@ -3,17 +3,20 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 
 #include "discops/ImageTestSupport.h"
 #include "platform/Dialogs.h"
 #include "support/RuntimeError.h"
+#include "support/mdlFunctions.h"
+#include "testlib/ScriptedDialogs.h"
 #include "testlib/TestSupport.h"
 
 using namespace saltmarrow;
 using namespace saltmarrow::discops;
-using saltmarrow::platform::ScriptedDialogs;
 using saltmarrow::test::readFile;
+using saltmarrow::test::ScriptedDialogs;
 using saltmarrow::test::TempDir;
 using saltmarrow::test::writeFile;
 namespace fs = std::filesystem;
@@ -39,139 +42,71 @@ struct Offer {
         writeFile(path, bytes);
         return path;
     }
-    DeleteImageResult offer(const std::string &mode) { return deleteImage(slot, tempFolder, mode, ctx); }
+    DeleteImageResult offer(Mode mode) { return deleteImage(slot, tempFolder, mode, ctx); }
 };
 
 }  // namespace
 
-TEST(DeleteImage, ACueGoesWithItsBinAndTheEmptiedFolderIsOffered) {
-    Offer o;
-    std::string cue = o.put("written/Disc.cue", "FILE \"Disc.bin\" BINARY\n");
-    std::string bin = o.put("written/Disc.bin");
-    o.slot.strFilename = cue;
-    o.slot.deleteCandidate = cue;
-    o.dialogs.answer(mb::Yes);
-    o.dialogs.answer(mb::Yes);
-
-    DeleteImageResult r = o.offer("WRITE CD");
-    ASSERT_EQ(o.dialogs.prompts.size(), 2u);
-    EXPECT_EQ(o.dialogs.prompts[0].text, "Please confirm deletion of Image Files");
-    EXPECT_EQ(o.dialogs.prompts[0].style, 35);
-    EXPECT_EQ(o.dialogs.prompts[1].text, "Delete empty folder: written");
-    EXPECT_EQ(o.dialogs.prompts[1].style, 36);
-    EXPECT_EQ(r.deleted, (std::vector<std::string>{cue, bin, o.dir.file("written")}));
-    EXPECT_FALSE(fs::exists(o.dir.file("written")));
-    EXPECT_TRUE(o.slot.strFilename.empty());
-    EXPECT_TRUE(o.slot.deleteCandidate.empty());
-    EXPECT_EQ(r.panel1, "NO IMAGE LOADED");
-}
-
-TEST(DeleteImage, ATocTakesItsDataFilesAndAFolderWithOtherFilesStays) {
-    Offer o;
-    std::string one = o.put("album/01.wav");
-    std::string two = o.put("album/02.wav");
-    std::string cover = o.put("album/cover.jpg");
-    std::string toc = o.put("album/album.toc", "CD_DA\nTRACK AUDIO\nFILE \"" + one +
-                                                   "\" 0\nTRACK AUDIO\nFILE \"" + two + "\" 0\n");
-    o.slot.strFilename = toc;
-    o.dialogs.answer(mb::Yes);
-    o.offer("WRITE CD");
-    EXPECT_FALSE(fs::exists(one));
-    EXPECT_FALSE(fs::exists(two));
-    EXPECT_FALSE(fs::exists(toc));
-    EXPECT_TRUE(fs::exists(cover));
-    EXPECT_EQ(o.dialogs.prompts.size(), 1u);  // the folder is not empty
-    EXPECT_TRUE(o.slot.strFilename.empty());
-}
-
-TEST(DeleteImage, NoOrCancelKeepsEverythingAndAnIsoIsOnlyLetGo) {
-    for (int answer : {mb::No, mb::Cancel}) {
+// Each offer in folders of its own: the files before, the answers, the
+// questions (text and style), and what is left.
+TEST(DeleteImage, WhatIsAskedWhatGoesWhatStays) {
+    struct Row {
+        const char *what;
+        Mode mode;
+        std::vector<std::string> files;  // the first is the loaded image; "temp/proj/..." makes tempFolder
+        std::vector<int> answers;
+        std::vector<std::string> questions;
+        std::vector<std::string> left;  // of the files and their folders
+        bool unloaded;
+    };
+    const std::string confirm = "Please confirm deletion of Image Files (35)";
+    // clang-format off
+    const Row rows[] = {
+        {"a cue with its bin, then the emptied folder", Mode::WriteCD, {"w/Disc.cue", "w/Disc.bin"},
+         {mb::Yes, mb::Yes}, {confirm, "Delete empty folder: w (36)"}, {}, true},
+        {"the emptied folder stays on No", Mode::WriteCD, {"w/Disc.cue", "w/Disc.bin"},
+         {mb::Yes, mb::No}, {confirm, "Delete empty folder: w (36)"}, {"w"}, true},
+        {"a toc with its data files; a folder with other files stays", Mode::WriteCD,
+         {"w/album.toc", "w/01.wav", "w/02.wav", "w/cover.jpg"}, {mb::Yes}, {confirm}, {"w", "w/cover.jpg"}, true},
+        {"No keeps everything", Mode::WriteCD, {"w/Disc.cue", "w/Disc.bin"}, {mb::No}, {confirm},
+         {"w", "w/Disc.bin", "w/Disc.cue"}, false},
+        {"so does Cancel", Mode::WriteCD, {"w/Disc.cue", "w/Disc.bin"}, {mb::Cancel}, {confirm},
+         {"w", "w/Disc.bin", "w/Disc.cue"}, false},
+        {"an ISO is only let go", Mode::WriteCD, {"w/Disc.iso"}, {mb::Yes}, {confirm}, {"w", "w/Disc.iso"}, true},
+        {"other tasks have nothing to offer", Mode::CopyCD, {"w/Disc.cue"}, {}, {}, {"w", "w/Disc.cue"}, false},
+        {"an audio project's folder", Mode::AudioCD, {"temp/proj/authored.toc", "temp/proj/01.wav"}, {mb::Yes},
+         {"Delete tempory folder: @/temp/proj? (36)"}, {"temp"}, true},
+    };
+    // clang-format on
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.what);
         Offer o;
-        std::string cue = o.put("w/Disc.cue");
-        std::string bin = o.put("w/Disc.bin");
-        o.slot.strFilename = cue;
-        o.dialogs.answer(answer);
-        DeleteImageResult r = o.offer("WRITE CD");
-        EXPECT_TRUE(fs::exists(cue));
-        EXPECT_TRUE(fs::exists(bin));
-        EXPECT_EQ(o.slot.strFilename, cue);
-        EXPECT_FALSE(r.panel1.has_value());
+        for (const std::string &name : row.files) o.put(name, "x");
+        if (row.files[0].find(".toc") != std::string::npos)
+            writeFile(o.dir.file(row.files[0]), "CD_DA\nTRACK AUDIO\nFILE \"" + o.dir.file("w/01.wav") +
+                                                    "\" 0\nTRACK AUDIO\nFILE \"" + o.dir.file("w/02.wav") +
+                                                    "\" 0\n");
+        if (row.mode == Mode::AudioCD) o.tempFolder = o.dir.file("temp/proj");
+        o.slot.strFilename = o.slot.deleteCandidate = o.dir.file(row.files[0]);
+        for (int answer : row.answers) o.dialogs.answer(answer);
+        const DeleteImageResult r = o.offer(row.mode);
+        std::vector<std::string> questions, left;
+        for (const auto &p : o.dialogs.prompts)
+            questions.push_back(vb::Replace(p.text, o.dir.path(), "@") + " (" + std::to_string(p.style) +
+                                ")");
+        EXPECT_EQ(questions, row.questions);
+        for (const auto &e : fs::recursive_directory_iterator(o.dir.path()))
+            if (e.path().string().find("/app") == std::string::npos)
+                left.push_back(fs::relative(e.path(), o.dir.path()).string());
+        std::sort(left.begin(), left.end());
+        EXPECT_EQ(left, row.left);
+        EXPECT_EQ(o.slot.strFilename.empty(), row.unloaded);
+        EXPECT_EQ(r.panel1.value_or(""), row.unloaded ? "NO IMAGE LOADED" : "");
+        if (row.mode == Mode::AudioCD) EXPECT_TRUE(o.tempFolder.empty());
+        if (&row == rows)
+            EXPECT_EQ(r.deleted, (std::vector<std::string>{o.dir.file("w/Disc.cue"), o.dir.file("w/Disc.bin"),
+                                                           o.dir.file("w")}));
     }
-
-    Offer o;
-    std::string iso = o.put("w/Disc.iso");
-    o.slot.strFilename = iso;
-    o.dialogs.answer(mb::Yes);
-    DeleteImageResult r = o.offer("WRITE CD");
-    EXPECT_TRUE(fs::exists(iso));
-    EXPECT_TRUE(r.deleted.empty());
-    EXPECT_TRUE(o.slot.strFilename.empty());
-    EXPECT_EQ(r.panel1, "NO IMAGE LOADED");
-
-    // The emptied folder stays when the user says No.
-    Offer keep;
-    keep.slot.strFilename = keep.put("k/Disc.cue");
-    keep.put("k/Disc.bin");
-    keep.dialogs.answer(mb::Yes);
-    keep.dialogs.answer(mb::No);
-    keep.offer("WRITE CD");
-    EXPECT_TRUE(fs::is_directory(keep.dir.file("k")));
-    EXPECT_TRUE(fs::is_empty(keep.dir.file("k")));
-
-    // Other tasks have nothing to offer.
-    Offer copy;
-    copy.slot.strFilename = copy.put("c/Disc.cue");
-    copy.offer("COPY CD");
-    EXPECT_TRUE(copy.dialogs.prompts.empty());
-}
-
-TEST(DeleteImage, AnAudioProjectsFolderIsDeletedOnYes) {
-    Offer o;
-    o.put("temp/proj/01.wav");
-    o.put("temp/proj/authored.toc", "CD_DA\n");
-    o.tempFolder = o.dir.file("temp/proj");
-    o.slot.strFilename = o.tempFolder + "/authored.toc";
-    o.dialogs.answer(mb::Yes);
-    DeleteImageResult r = o.offer("AUDIO CD");
-    ASSERT_EQ(o.dialogs.prompts.size(), 1u);
-    EXPECT_EQ(o.dialogs.prompts[0].text, "Delete tempory folder: " + o.dir.file("temp/proj") + "?");
-    EXPECT_EQ(o.dialogs.prompts[0].style, 36);
-    EXPECT_FALSE(fs::exists(o.dir.file("temp/proj")));
-    EXPECT_TRUE(fs::exists(o.dir.file("temp")));
-    EXPECT_TRUE(o.tempFolder.empty());
-    EXPECT_TRUE(o.slot.strFilename.empty());
-    EXPECT_EQ(r.panel1, "NO IMAGE LOADED");
-}
-
-TEST(DeleteImage, ARenamedAudioFolderKeepsASheetThatFollowsIt) {
-    Offer o;
-    std::string old = o.dir.file("temp/tmp1234");
-    o.put("temp/tmp1234/track01.wav", "one");
-    o.put("temp/tmp1234/track02.wav", "two");
-    o.put("temp/tmp1234/authored.toc",
-          "CD_DA\r\nCD_TEXT { LANGUAGE_MAP { 0 : EN } }\r\nTRACK AUDIO\r\nFILE \"" + old +
-              "/track01.wav\" 0\r\nTRACK AUDIO\r\nFILE \"" + old + "/track02.wav\" 0\r\n");
-    o.tempFolder = old;
-    o.slot.strFilename = old + "/authored.toc";
-    o.dialogs.answer(mb::No);
-    o.dialogs.answer(std::string("Summer Mix"));
-
-    DeleteImageResult r = o.offer("AUDIO CD");
-    ASSERT_EQ(o.dialogs.prompts.size(), 2u);
-    EXPECT_EQ(o.dialogs.prompts[1].kind, "input");
-    EXPECT_EQ(o.dialogs.prompts[1].text, "Please enter a new name for the folder.");
-    EXPECT_EQ(o.dialogs.prompts[1].title, "Rename tempory folder");
-    EXPECT_EQ(o.dialogs.prompts[1].request.fileName, "tmp1234");
-
-    std::string renamed = o.dir.file("temp/Summer Mix");
-    EXPECT_FALSE(fs::exists(old));
-    EXPECT_FALSE(fs::exists(renamed + "/authored.toc"));
-    EXPECT_EQ(readFile(renamed + "/Summer Mix.toc"),
-              "CD_DA\r\nCD_TEXT { LANGUAGE_MAP { 0 : EN } }\r\nTRACK AUDIO\r\nFILE \"" + renamed +
-                  "/track01.wav\" 0\r\nTRACK AUDIO\r\nFILE \"" + renamed + "/track02.wav\" 0\r\n");
-    EXPECT_TRUE(r.reload);
-    EXPECT_EQ(o.slot.startCommand, renamed + "/Summer Mix.toc");
-    EXPECT_TRUE(o.tempFolder.empty());
 }
 
 TEST(DeleteImage, KeepingTheAudioFolderNameMovesNothing) {
@@ -185,7 +120,7 @@ TEST(DeleteImage, KeepingTheAudioFolderNameMovesNothing) {
             o.dialogs.answer(*answer);
         else
             o.dialogs.cancelNext();
-        DeleteImageResult r = o.offer("AUDIO CD");
+        DeleteImageResult r = o.offer(Mode::AudioCD);
         EXPECT_TRUE(fs::exists(o.dir.file("temp/proj/authored.toc")));
         EXPECT_FALSE(r.reload);
         EXPECT_TRUE(o.tempFolder.empty());
@@ -201,7 +136,7 @@ TEST(DeleteImage, ANewNameThatIsNoPlainNameOrIsTakenRaisesAndMovesNothing) {
         o.tempFolder = o.dir.file("temp/proj");
         o.dialogs.answer(mb::No);
         o.dialogs.answer(name);
-        EXPECT_THROW(o.offer("AUDIO CD"), RuntimeError);
+        EXPECT_THROW(o.offer(Mode::AudioCD), RuntimeError);
         EXPECT_TRUE(fs::exists(o.dir.file("temp/proj/authored.toc")));
         EXPECT_TRUE(fs::exists(o.dir.file("temp/taken/keep.txt")));
     }

@@ -8,12 +8,13 @@
 
 #include "discops/ImageTestSupport.h"
 #include "platform/Dialogs.h"
+#include "testlib/ScriptedDialogs.h"
 #include "testlib/TestSupport.h"
 
 using namespace saltmarrow;
 using namespace saltmarrow::discops;
-using saltmarrow::platform::ScriptedDialogs;
 using saltmarrow::test::readFile;
+using saltmarrow::test::ScriptedDialogs;
 using saltmarrow::test::TempDir;
 using saltmarrow::test::writeFile;
 namespace fs = std::filesystem;
@@ -68,7 +69,7 @@ TEST(ParseCommand, ABarePathLoadsAsWithDashI) {
     EXPECT_EQ(l.slot.imageDataFile, iso);
     EXPECT_EQ(l.slot.lastFolder, l.dir.file("images"));
     EXPECT_EQ(l.slot.imageBytes, static_cast<double>(fs::file_size(iso)));
-    EXPECT_EQ(r.mode, "WRITE CD");
+    EXPECT_EQ(r.mode, Mode::WriteCD);
     EXPECT_EQ(r.panel1, "BACKUP");
     EXPECT_EQ(r.txtStatus, "BACKUP (3MB / 80 min)");
     EXPECT_FALSE(r.startWrite);
@@ -120,7 +121,7 @@ TEST(ParseCommand, WhatIsNoImageEmptiesTheSlot) {
         EXPECT_FALSE(r.loaded);
         EXPECT_TRUE(l.slot.strFilename.empty());
         EXPECT_EQ(l.slot.imageBytes, 0);
-        EXPECT_EQ(r.mode, "");
+        EXPECT_EQ(r.mode, Mode::None);
         EXPECT_EQ(r.panel1, "NO IMAGE LOADED");
         EXPECT_EQ(r.txtStatus, "NO IMAGE LOADED");
     }

@@ -2,7 +2,6 @@
 // real cdrdao gives, through the program's own command runner.
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <filesystem>
 
 #include "discops/ImageDelete.h"
@@ -11,13 +10,13 @@
 #include "exec/CommandRunner.h"
 #include "platform/CommandLine.h"
 #include "platform/Dialogs.h"
+#include "testlib/ScriptedDialogs.h"
 #include "testlib/TestSupport.h"
 
 using namespace saltmarrow;
 using namespace saltmarrow::discops;
-using saltmarrow::platform::quoteArgument;
-using saltmarrow::platform::ScriptedDialogs;
 using saltmarrow::test::readFile;
+using saltmarrow::test::ScriptedDialogs;
 using saltmarrow::test::TempDir;
 using saltmarrow::test::writeFile;
 namespace fs = std::filesystem;
@@ -52,9 +51,10 @@ struct Program {
     std::string sound(const std::string &name, double seconds) {
         std::string path = dir.file(name);
         fs::create_directories(fs::path(path).parent_path());
-        std::string cmd = "sox -n -r 44100 -c 2 -b 16 " + quoteArgument(path) + " synth " +
-                          std::to_string(seconds) + " sine 440 >/dev/null 2>&1";
-        EXPECT_EQ(std::system(cmd.c_str()), 0);
+        EXPECT_EQ(test::runTool({"sox", "-n", "-r", "44100", "-c", "2", "-b", "16", path, "synth",
+                                 std::to_string(seconds), "sine", "440"})
+                      .exitCode,
+                  0);
         return path;
     }
     ParseCommandResult load(const std::string &path) {
@@ -100,7 +100,8 @@ TEST(LoadTocTools, ASheetFromAnotherMachineIsRepairedAndThenSized) {
     EXPECT_EQ(readFile(toc),
               "CD_DA\r\nTRACK AUDIO\r\nFILE \"" + one + "\" 0\r\nTRACK AUDIO\r\nFILE \"" + two + "\" 0\r\n");
     ASSERT_FALSE(p.commands.empty());
-    EXPECT_EQ(p.commands.back(), "\"" + p.ctx.cdrdao + "\" toc-info \"" + toc + "\"");
+    EXPECT_EQ(platform::splitCommandLine(p.commands.back()),
+              (std::vector<std::string>{p.ctx.cdrdao, "toc-info", toc}));
 }
 
 TEST(LoadTocTools, AFileThatIsNowhereIsRefusedAndNothingLoads) {
@@ -127,7 +128,7 @@ TEST(LoadTocTools, ARenamedAudioFolderIsLoadedAgainWithItsSize) {
     std::string tempFolder = folder;
     p.dialogs.answer(mb::No);
     p.dialogs.answer(std::string("Road Trip"));
-    DeleteImageResult offer = deleteImage(p.slot, tempFolder, "AUDIO CD", p.ctx);
+    DeleteImageResult offer = deleteImage(p.slot, tempFolder, Mode::AudioCD, p.ctx);
     ASSERT_TRUE(offer.reload);
 
     ParseCommandResult r = parseCommand(p.slot, p.input, p.ctx);

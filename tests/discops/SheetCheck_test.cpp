@@ -10,12 +10,14 @@
 #include "discops/ImageTestSupport.h"
 #include "platform/Dialogs.h"
 #include "support/RuntimeError.h"
+#include "support/mdlFunctions.h"
+#include "testlib/ScriptedDialogs.h"
 #include "testlib/TestSupport.h"
 
 using namespace saltmarrow;
 using namespace saltmarrow::discops;
-using saltmarrow::platform::ScriptedDialogs;
 using saltmarrow::test::readFile;
+using saltmarrow::test::ScriptedDialogs;
 using saltmarrow::test::TempDir;
 using saltmarrow::test::writeFile;
 namespace fs = std::filesystem;
@@ -23,7 +25,6 @@ namespace mb = saltmarrow::platform::mb;
 
 namespace {
 
-const std::string CRLF = "\r\n";
 const std::string kBom = "\xEF\xBB\xBF";
 
 // An application folder and an image folder side by side.
@@ -49,40 +50,88 @@ struct Images {
 std::string question(const std::string &header, const std::vector<std::string> &findings,
                      const std::string &fix) {
     std::string report;
-    for (const auto &f : findings) report += CRLF + test::imageMessage(f);
-    return test::imageMessage(header) + CRLF + report + CRLF + CRLF + test::imageMessage(fix);
-}
-
-std::string cueQuestion(const std::vector<std::string> &findings) {
-    return question("msgCueError", findings, "msgCueFix");
-}
-std::string tocQuestion(const std::vector<std::string> &findings) {
-    return question("msgTocError", findings, "msgTocFix");
+    for (const auto &f : findings) report += "\r\n" + test::imageMessage(f);
+    return test::imageMessage(header) + "\r\n" + report + "\r\n\r\n" + test::imageMessage(fix);
 }
 
 }  // namespace
 
-// ---- cue sheets ----------------------------------------------------------
-
-TEST(SheetCheckCue, OtherBinBesideSheetBinIsIncorrectAndRepairNamesTheSheetsOwnBin) {
-    Images im;
-    im.put("sheet.bin", std::string(2352, 'x'));
-    im.put("other.bin", std::string(2352, 'y'));
-    std::string cue = im.put(
-        "sheet.cue", "FILE \"other.bin\" BINARY\r\n  TRACK 01 MODE1/2352\r\n    INDEX 01 00:00:00\r\n");
-
-    ScriptedDialogs d;
-    d.answer(mb::Yes);
-    CheckImageResult r = im.check(cue, d);
-
-    ASSERT_EQ(d.prompts.size(), 1u);
-    EXPECT_EQ(d.prompts[0].style, 36);
-    EXPECT_EQ(d.prompts[0].text, cueQuestion({"msgCueIncorrectBin"}));
-    EXPECT_TRUE(r.rewritten);
-    EXPECT_EQ(r.imageDataFile, im.img + "/sheet.bin");
-    EXPECT_EQ(r.workingFolder, im.img);
-    EXPECT_EQ(readFile(cue),
-              "FILE \"sheet.bin\" BINARY\r\n  TRACK 01 MODE1/2352\r\n    INDEX 01 00:00:00\r\n");
+// What the check finds, asks, refuses and repairs, sheet by sheet. The sheet
+// stands in img/ beside "sheet.bin" and "data.bin"; "@" in a text is that
+// folder. A Yes answers every question.
+TEST(SheetCheck, WhatIsFoundAskedAndRepaired) {
+    struct Row {
+        const char *what;
+        std::string sheet, text;
+        std::vector<std::string> findings;  // the question's findings; "!key" is a refusal box
+        std::string repaired;               // empty: the sheet stays as it was
+        std::string dataFile;               // in img/; empty: none recorded
+        std::string workingFolder;          // where names are read from now; "-" for unchanged
+        std::string bin = "sheet.bin";      // the data file of the sheet's name, as it stands on disk
+    };
+    const std::string fix = "FILE \"sheet.bin\" BINARY\r\nTRACK 01 MODE1/2352\r\n";
+    const std::string toc = "CD_ROM\nTRACK MODE1\n",
+                      fixed = "CD_ROM\r\nTRACK MODE1\r\nDATAFILE \"@/data.bin\"\r\n";
+    const std::string one = "FILE \"sheet.bin\" BINARY\nTRACK 01 MODE1/2352\n";
+    // clang-format off
+    const Row rows[] = {
+        {"another bin beside the sheet's own", "sheet.cue", vb::Replace(one, "sheet", "other"),
+         {"msgCueIncorrectBin"}, fix, "sheet.bin", "@"},
+        {"a bin named in another case", "sheet.cue", one,
+         {"msgCueIncorrectBin"}, vb::Replace(fix, "sheet.bin", "SHEET.BIN"), "SHEET.BIN", "@", "SHEET.BIN"},
+        {"two files", "sheet.cue", one + "FILE \"sheet.bin\" BINARY\n", {"!msgCUEOneFile"}, "", "sheet.bin", "-"},
+        {"no bin of the sheet's name", "lonely.cue", one, {"!msgCueSameFolder"}, "", "", "-"},
+        {"a byte order mark and doubled quotes", "image.toc",
+         kBom + "CD_ROM\r\n\r\nTRACK MODE1\r\nDATAFILE \"\"@/data.bin\"\"\r\n",
+         {"msgSheetByteOrderMark", "msgTocDoubleQuotes"},
+         "CD_ROM\r\n\r\nTRACK MODE1\r\nDATAFILE \"@/data.bin\"\r\n", "data.bin", "external"},
+        {"a relative name misses its file from the tools folder", "image.toc", toc + "DATAFILE \"data.bin\"\n",
+         {"msgTocIncorrectDat"}, fixed, "data.bin", "external"},
+        {"a name without quotes", "image.toc", toc + "DATAFILE data.bin\n",
+         {"msgTocIncorrectDat"}, fixed, "data.bin", "external"},
+        {"an opening quote only", "image.toc", toc + "DATAFILE \"data.bin\n",
+         {"msgTocIncorrectDat"}, fixed, "data.bin", "external"},
+        {"a whole path without its closing quote", "image.toc", toc + "DATAFILE \"@/data.bin\n",
+         {"msgTocIncorrectDat"}, fixed, "data.bin", "external"},
+        {"a FILE with its start and length", "image.toc", toc + "  FILE data.bin 0 1000\n", {"msgTocIncorrectDat"},
+         "CD_ROM\r\nTRACK MODE1\r\n  FILE \"@/data.bin\" 0 1000\r\n", "data.bin", "external"},
+        {"a file found nowhere", "image.toc", toc + "DATAFILE \"/no/such/place/lost.bin\"\n",
+         {"!lost.bin could not be found!"}, "", "", "-"},
+        {"a device", "image.toc", toc + "DATAFILE \"/dev/null\"\n", {"!null could not be found!"}, "", "", "-"},
+        {"a folder", "image.toc", toc + "DATAFILE \"/tmp\"\n", {"!tmp could not be found!"}, "", "", "-"},
+        {"the root: the statement is named", "image.toc", toc + "DATAFILE \"/\"\n",
+         {"!DATAFILE \"/\" could not be found!"}, "", "", "-"},
+        {"no name at all", "image.toc", toc + "DATAFILE \"\"\n", {"!DATAFILE \" could not be found!"}, "", "", "-"},
+    };
+    // clang-format on
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.what);
+        Images im;
+        im.put(row.bin, "data");
+        im.put("data.bin", "data");
+        const auto here = [&](std::string text) { return vb::Replace(text, "@", im.img); };
+        const std::string sheet = im.put(row.sheet, here(row.text));
+        ScriptedDialogs d;
+        d.answer(mb::Yes);
+        const CheckImageResult r = im.check(sheet, d);
+        ASSERT_EQ(d.prompts.size(), 1u);
+        const bool refusal = row.findings[0][0] == '!';
+        EXPECT_EQ(r.refused, refusal);
+        EXPECT_EQ(d.prompts[0].style, refusal ? 48 : 36);
+        if (refusal) {
+            const std::string key = row.findings[0].substr(1);
+            EXPECT_EQ(d.prompts[0].text, key.rfind("msg", 0) == 0 ? test::imageMessage(key) : here(key));
+        } else {
+            EXPECT_EQ(d.prompts[0].text,
+                      question(row.sheet.find(".cue") != std::string::npos ? "msgCueError" : "msgTocError",
+                               row.findings,
+                               row.sheet.find(".cue") != std::string::npos ? "msgCueFix" : "msgTocFix"));
+        }
+        EXPECT_EQ(readFile(sheet), here(row.repaired.empty() ? row.text : row.repaired));
+        EXPECT_EQ(r.imageDataFile.value_or(""), row.dataFile.empty() ? "" : im.img + "/" + row.dataFile);
+        const std::string folder = row.workingFolder == "@" ? im.img : im.app + "/" + row.workingFolder;
+        EXPECT_EQ(r.workingFolder.value_or("-"), row.workingFolder == "-" ? "-" : folder);
+    }
 }
 
 TEST(SheetCheckCue, FindingsComeInTheirFixedOrder) {
@@ -100,14 +149,16 @@ TEST(SheetCheckCue, FindingsComeInTheirFixedOrder) {
         {"FILE \"\"other.bin BINARY", {"msgCueDoubleQuotes", "msgCueIncorrectBin", "msgCueNoQuotes"}},
         {"FILE \"sheet.bin BINARY", {"msgCueNoQuotes"}},
         {"FILE \"C:\\images\\sheet.bin\" BINARY", {"msgCueIncorrectBin"}},
-        {"file \"" + std::string("sheet.bin") + "\" binary", {}},
+        {"file \"sheet.bin\" binary", {}},
         {kBom + "FILE sheet.bin BINARY", {"msgSheetByteOrderMark", "msgCueNoQuotes"}},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.fileLine);
         Images im;
         im.put("sheet.bin", "data");
-        std::string original = c.fileLine + "\r\nTRACK 01 AUDIO\r\nINDEX 01 00:00:00\r\n";
+        // Any line end is read; the repair writes CR LF.
+        const std::string eol = std::vector<std::string>{"\n", "\r", "\r\n"}[(&c - cases) % 3];
+        std::string original = c.fileLine + eol + "REM made elsewhere" + eol + "TRACK 01 AUDIO" + eol;
         std::string cue = im.put("sheet.cue", original);
         ScriptedDialogs d;
         d.answer(mb::Yes);
@@ -119,85 +170,26 @@ TEST(SheetCheckCue, FindingsComeInTheirFixedOrder) {
             EXPECT_EQ(readFile(cue), original);
         } else {
             ASSERT_EQ(d.prompts.size(), 1u);
-            EXPECT_EQ(d.prompts[0].text, cueQuestion(c.findings));
-            EXPECT_EQ(readFile(cue), "FILE \"sheet.bin\" BINARY\r\nTRACK 01 AUDIO\r\nINDEX 01 00:00:00\r\n");
+            EXPECT_EQ(d.prompts[0].text, question("msgCueError", c.findings, "msgCueFix"));
+            EXPECT_EQ(readFile(cue), "FILE \"sheet.bin\" BINARY\r\nREM made elsewhere\r\nTRACK 01 AUDIO\r\n");
         }
     }
 }
 
-TEST(SheetCheckCue, RefusalsStopTheCheckAndLeaveTheSheetAlone) {
-    Images im;
-    im.put("sheet.bin", "data");
-    const std::string twoFiles =
-        "FILE \"sheet.bin\" BINARY\r\nTRACK 01 MODE1/2352\r\nFILE \"sheet.bin\" BINARY\r\nTRACK 02 AUDIO\r\n";
-    std::string cue = im.put("sheet.cue", twoFiles);
-    ScriptedDialogs d;
-    d.answer(mb::Yes);
-    CheckImageResult r = im.check(cue, d);
-    EXPECT_TRUE(r.refused);
-    ASSERT_EQ(d.prompts.size(), 1u);
-    EXPECT_EQ(d.prompts[0].text, test::imageMessage("msgCUEOneFile"));
-    EXPECT_EQ(d.prompts[0].style, 48);
-    EXPECT_FALSE(r.workingFolder.has_value());
-    EXPECT_EQ(readFile(cue), twoFiles);
-
-    // The data file must bear the sheet's own name, whatever the sheet names.
-    Images other;
-    other.put("other.bin", "data");
-    const std::string namesOther = "FILE \"other.bin\" BINARY\nTRACK 01 MODE1/2352\n";
-    std::string lonely = other.put("lonely.cue", namesOther);
-    ScriptedDialogs d2;
-    d2.answer(mb::Yes);
-    CheckImageResult r2 = other.check(lonely, d2);
-    EXPECT_TRUE(r2.refused);
-    EXPECT_FALSE(r2.imageDataFile.has_value());
-    ASSERT_EQ(d2.prompts.size(), 1u);
-    EXPECT_EQ(d2.prompts[0].text, test::imageMessage("msgCueSameFolder"));
-    EXPECT_EQ(d2.prompts[0].style, 48);
-    EXPECT_EQ(readFile(lonely), namesOther);
-}
-
-TEST(SheetCheckCue, BinNamedInAnotherCaseIsTakenAsItStandsOnDisk) {
-    Images im;
-    im.put("SHEET.BIN", "data");
-    std::string cue = im.put("sheet.cue", "FILE \"sheet.bin\" BINARY\r\nTRACK 01 MODE1/2352\r\n");
-    ScriptedDialogs d;
-    d.answer(mb::Yes);
-    CheckImageResult r = im.check(cue, d);
-    EXPECT_EQ(r.imageDataFile, im.img + "/SHEET.BIN");
-    ASSERT_EQ(d.prompts.size(), 1u);
-    EXPECT_EQ(d.prompts[0].text, cueQuestion({"msgCueIncorrectBin"}));
-    EXPECT_EQ(readFile(cue), "FILE \"SHEET.BIN\" BINARY\r\nTRACK 01 MODE1/2352\r\n");
-}
-
-TEST(SheetCheckCue, AnyLineEndIsReadAndTheRepairWritesCrLf) {
-    for (const std::string eol : {"\n", "\r", "\r\n"}) {
-        SCOPED_TRACE(eol == "\n" ? "LF" : eol == "\r" ? "CR" : "CRLF");
-        Images im;
-        im.put("sheet.bin", "data");
-        std::string cue =
-            im.put("sheet.cue", "REM made elsewhere" + eol + "FILE sheet.bin BINARY" + eol +
-                                    "  TRACK 01 MODE1/2352" + eol + "    INDEX 01 00:00:00" + eol);
-        ScriptedDialogs d;
-        d.answer(mb::Yes);
-        CheckImageResult r = im.check(cue, d);
-        ASSERT_EQ(d.prompts.size(), 1u);
-        EXPECT_EQ(d.prompts[0].text, cueQuestion({"msgCueNoQuotes"}));
-        EXPECT_EQ(readFile(cue),
-                  "REM made elsewhere\r\nFILE \"sheet.bin\" BINARY\r\n  TRACK 01 MODE1/2352\r\n    INDEX 01 "
-                  "00:00:00\r\n");
-    }
-}
-
-// ---- toc sheets ----------------------------------------------------------
-
 // The repair takes the sheet's place whole (a reader of the old sheet still
-// reads the old bytes), through the link that names it, with its permissions.
-TEST(SheetCheckToc, AByteOrderMarkAndDoubledQuotesAreFlaggedAndTheRepairHasNeither) {
+// reads the old bytes), through the link that names it, with its permissions;
+// names that miss the files beside the sheet are pointed at them, not at a
+// file of the same name elsewhere.
+TEST(SheetCheckToc, TheRepairReplacesTheSheetThroughItsLink) {
     Images im;
-    std::string data = im.put("data.bin", "data");
-    const std::string text = kBom + "CD_ROM\r\n\r\nTRACK MODE1\r\nDATAFILE \"\"" + data + "\"\"\r\n";
-    std::string toc = im.put("image.toc", text), link = im.img + "/link.toc";
+    std::string one = im.put("track01.wav", "one");
+    std::string two = im.put("track02.wav", "two");
+    fs::create_directories(im.dir.file("elsewhere"));
+    std::string decoy = im.dir.file("elsewhere/track02.wav");
+    writeFile(decoy, "decoy");
+    const std::string text =
+        "CD_DA\n\nTRACK AUDIO\nFILE \"C:\\gone\\track01.wav\" 0\n\nTRACK AUDIO\nFILE \"" + decoy + "\" 0\n";
+    std::string toc = im.put("audio.toc", text), link = im.img + "/link.toc";
     fs::permissions(toc, fs::perms(0640));
     fs::create_symlink(toc, link);
     std::ifstream before(toc, std::ios::binary);
@@ -205,129 +197,33 @@ TEST(SheetCheckToc, AByteOrderMarkAndDoubledQuotesAreFlaggedAndTheRepairHasNeith
     d.answer(mb::Yes);
     CheckImageResult r = im.check(link, d);
     ASSERT_EQ(d.prompts.size(), 1u);
-    EXPECT_EQ(d.prompts[0].style, 36);
-    EXPECT_EQ(d.prompts[0].text, tocQuestion({"msgSheetByteOrderMark", "msgTocDoubleQuotes"}));
-    EXPECT_EQ(r.imageDataFile, data);
-    EXPECT_EQ(r.workingFolder, im.app + "/external");
-    EXPECT_EQ(readFile(toc), "CD_ROM\r\n\r\nTRACK MODE1\r\nDATAFILE \"" + data + "\"\r\n");
+    EXPECT_EQ(d.prompts[0].text, question("msgTocError", {"msgTocIncorrectDat"}, "msgTocFix"));
+    EXPECT_EQ(r.imageDataFile, two);
+    EXPECT_EQ(readFile(toc), "CD_DA\r\n\r\nTRACK AUDIO\r\nFILE \"" + one +
+                                 "\" 0\r\n\r\nTRACK AUDIO\r\nFILE \"" + two + "\" 0\r\n");
+    EXPECT_EQ(readFile(decoy), "decoy");
     EXPECT_EQ(std::string(std::istreambuf_iterator<char>(before), {}), text);
     EXPECT_TRUE(fs::is_symlink(link));
     EXPECT_EQ(fs::status(toc).permissions(), fs::perms(0640));
 }
 
-TEST(SheetCheckToc, NamesThatMissTheFilesBesideTheSheetArePointedAtThem) {
-    Images im;
-    std::string one = im.put("track01.wav", "one");
-    std::string two = im.put("track02.wav", "two");
-    fs::create_directories(im.dir.file("elsewhere"));
-    std::string decoy = im.dir.file("elsewhere/track02.wav");
-    writeFile(decoy, "decoy");
-    // A bare LF sheet, written on Windows with a folder that is gone, and one
-    // name that exists elsewhere: the file beside the sheet wins.
-    std::string toc =
-        im.put("audio.toc", "CD_DA\n\nTRACK AUDIO\nFILE \"C:\\gone\\track01.wav\" 0\n\nTRACK AUDIO\nFILE \"" +
-                                decoy + "\" 0\n");
-    ScriptedDialogs d;
-    d.answer(mb::Yes);
-    CheckImageResult r = im.check(toc, d);
-    ASSERT_EQ(d.prompts.size(), 1u);
-    EXPECT_EQ(d.prompts[0].text, tocQuestion({"msgTocIncorrectDat"}));
-    EXPECT_EQ(r.imageDataFile, two);
-    EXPECT_EQ(readFile(toc), "CD_DA\r\n\r\nTRACK AUDIO\r\nFILE \"" + one +
-                                 "\" 0\r\n\r\nTRACK AUDIO\r\nFILE \"" + two + "\" 0\r\n");
-    EXPECT_EQ(readFile(decoy), "decoy");
-}
-
-TEST(SheetCheckToc, RelativeNamesAreReadAgainstTheWorkingFolder) {
+TEST(SheetCheckToc, NamesAreReadAgainstTheWorkingFolderAndAFileElsewhereStays) {
     Images im;
     std::string data = im.put("data.bin", "data");
-    const std::string original = "CD_ROM\r\nTRACK MODE1\r\nDATAFILE \"data.bin\"\r\n";
-    std::string toc = im.put("image.toc", original);
-
-    ScriptedDialogs fromSheetFolder;
-    CheckImageResult same = im.check(toc, fromSheetFolder, true, im.img);
-    EXPECT_TRUE(fromSheetFolder.prompts.empty());
-    EXPECT_EQ(same.imageDataFile, data);
-
-    // From <app>/external, where cdrdao runs, the name misses its file.
-    ScriptedDialogs fromExternal;
-    fromExternal.answer(mb::Yes);
-    im.check(toc, fromExternal);
-    ASSERT_EQ(fromExternal.prompts.size(), 1u);
-    EXPECT_EQ(fromExternal.prompts[0].text, tocQuestion({"msgTocIncorrectDat"}));
-    EXPECT_EQ(readFile(toc), "CD_ROM\r\nTRACK MODE1\r\nDATAFILE \"" + data + "\"\r\n");
-}
-
-TEST(SheetCheckToc, AFileFoundNowhereIsRefusedAndAFileElsewhereStays) {
-    Images im;
-    const std::string missing = "CD_ROM\r\nTRACK MODE1\r\nDATAFILE \"/no/such/place/lost.bin\"\r\n";
-    std::string toc = im.put("image.toc", missing);
+    std::string toc = im.put("image.toc", "CD_ROM\r\nTRACK MODE1\r\nDATAFILE \"data.bin\"\r\n");
     ScriptedDialogs d;
-    d.answer(mb::Yes);
-    CheckImageResult r = im.check(toc, d);
-    EXPECT_TRUE(r.refused);
-    ASSERT_EQ(d.prompts.size(), 1u);
-    EXPECT_EQ(d.prompts[0].text, "lost.bin could not be found!");
-    EXPECT_EQ(d.prompts[0].style, 48);
-    EXPECT_FALSE(r.workingFolder.has_value());
-    EXPECT_EQ(readFile(toc), missing);
+    EXPECT_EQ(im.check(toc, d, true, im.img).imageDataFile, data);
 
     fs::create_directories(im.dir.file("elsewhere"));
     std::string away = im.dir.file("elsewhere/away.bin");
     writeFile(away, "data");
     const std::string elsewhere = "CD_ROM\nTRACK MODE1\nDATAFILE \"" + away + "\"\n";
     std::string toc2 = im.put("away.toc", elsewhere);
-    ScriptedDialogs d2;
-    CheckImageResult r2 = im.check(toc2, d2);
+    CheckImageResult r2 = im.check(toc2, d);
     EXPECT_FALSE(r2.refused);
-    EXPECT_TRUE(d2.prompts.empty());
     EXPECT_FALSE(r2.imageDataFile.has_value());
     EXPECT_EQ(readFile(toc2), elsewhere);
-}
-
-TEST(SheetCheckToc, FoldersAndDevicesAreNoDataFiles) {
-    // The box names the file, or the whole statement where there is no file name.
-    const std::pair<std::string, std::string> cases[] = {
-        {"/dev/null", "null"}, {"/tmp", "tmp"}, {"/", "DATAFILE \"/\""}, {"", "DATAFILE \""}};
-    for (const auto &[named, shown] : cases) {
-        SCOPED_TRACE(named);
-        Images im;
-        const std::string sheet = "CD_ROM\nTRACK MODE1\nDATAFILE \"" + named + "\"\n";
-        std::string toc = im.put("image.toc", sheet);
-        ScriptedDialogs d;
-        d.answer(mb::Yes);
-        CheckImageResult r = im.check(toc, d);
-        EXPECT_TRUE(r.refused);
-        ASSERT_EQ(d.prompts.size(), 1u);
-        EXPECT_EQ(d.prompts[0].style, 48);
-        EXPECT_EQ(d.prompts[0].text, shown + " could not be found!");
-        EXPECT_EQ(readFile(toc), sheet);
-    }
-}
-
-TEST(SheetCheckToc, NamesWithoutTheirQuotesAreQuotedByTheRepair) {
-    struct Case {
-        std::string line, repaired;
-    };
-    Images im;
-    std::string data = im.put("data.bin", "data");
-    const Case cases[] = {
-        {"DATAFILE data.bin", "DATAFILE \"" + data + "\""},
-        {"  FILE data.bin 0 1000", "  FILE \"" + data + "\" 0 1000"},
-        {"DATAFILE \"data.bin", "DATAFILE \"" + data + "\""},
-        {"DATAFILE \"" + data, "DATAFILE \"" + data + "\""},
-    };
-    for (const auto &c : cases) {
-        SCOPED_TRACE(c.line);
-        std::string toc = im.put("image.toc", "CD_ROM\nTRACK MODE1\n" + c.line + "\n");
-        ScriptedDialogs d;
-        d.answer(mb::Yes);
-        CheckImageResult r = im.check(toc, d);
-        EXPECT_EQ(r.imageDataFile, data);
-        ASSERT_EQ(d.prompts.size(), 1u);
-        EXPECT_EQ(d.prompts[0].text, tocQuestion({"msgTocIncorrectDat"}));
-        EXPECT_EQ(readFile(toc), "CD_ROM\r\nTRACK MODE1\r\n" + c.repaired + "\r\n");
-    }
+    EXPECT_TRUE(d.prompts.empty());
 }
 
 // ---- what every check shares ---------------------------------------------

@@ -8,7 +8,7 @@
 
 #include "EnglishTexts.h"
 #include "exec/OutputInterpreter.h"
-#include "platform/Sounds.h"
+#include "testlib/RecordingSounds.h"
 
 namespace saltmarrow::test {
 
@@ -16,26 +16,17 @@ namespace saltmarrow::test {
 // told, in order, and keeps a clock that only moves when the test says so.
 class RecordingView : public InterpreterView {
 public:
-    // "value N", "max N", "status TEXT", "caption TEXT", "kill", in order.
-    std::vector<std::string> events;
+    std::vector<std::string>
+        events;  // "value N", "max N", "status TEXT", "caption TEXT", "kill", frame steps
     int value = 0;
-    int max = 100;
-    std::string status;
-    std::string log;  // txtOutputs
+    std::string status, log, caption, trayTip;
     std::vector<std::string> commandLog;
-    std::string mode;
-    std::string caption;
-    std::string trayTip;
-    bool writeSucceeded = false;
-    bool writeFailed = false;
-    int kills = 0;
-    double now = 1000.0;  // seconds since midnight
-    // Texts a test puts in place of the program's own.
-    std::map<std::string, std::string, std::less<>> texts;
-    platform::RecordingSounds recordedSounds;
-    std::function<bool(const std::string &)> run;     // commandExecute
-    std::vector<std::string> frame;                   // what the read frame did to the form
-    std::function<void(const std::string &)> onLine;  // sees each line first, as the log file does
+    Mode mode = Mode::None;
+    bool writeSucceeded = false, writeFailed = false;
+    double now = 1000.0;                                    // seconds since midnight
+    std::map<std::string, std::string, std::less<>> texts;  // in place of the program's own
+    RecordingSounds recordedSounds;
+    std::function<bool(const std::string &)> run;  // commandExecute
 
     std::function<double()> clock() {
         return [this] { return now; };
@@ -46,35 +37,22 @@ public:
             if (e.rfind("value ", 0) == 0 || e.rfind("max ", 0) == 0) out.push_back(e);
         return out;
     }
+    int count(const std::string &event) const {
+        return static_cast<int>(std::count(events.begin(), events.end(), event));
+    }
 
     int progressValue() const override { return value; }
-    void setProgressValue(int v) override {
-        value = v;
-        events.push_back("value " + std::to_string(v));
-    }
-    void setProgressMax(int m) override {
-        max = m;
-        events.push_back("max " + std::to_string(m));
-    }
-    void setStatus(const std::string &text) override {
-        status = text;
-        events.push_back("status " + text);
-    }
+    void setProgressValue(int v) override { events.push_back("value " + std::to_string(value = v)); }
+    void setProgressMax(int m) override { events.push_back("max " + std::to_string(m)); }
+    void setStatus(const std::string &text) override { events.push_back("status " + (status = text)); }
     bool logEmpty() const override { return log.empty(); }
-    void appendLog(const std::string &line) override {
-        if (!log.empty()) log += "\r\n";
-        log += line;
-    }
+    void appendLog(const std::string &line) override { log += (log.empty() ? "" : "\r\n") + line; }
     void clearLog() override { log.clear(); }
-    void setCaption(const std::string &text) override {
-        caption = text;
-        events.push_back("caption " + text);
-    }
+    void setCaption(const std::string &text) override { events.push_back("caption " + (caption = text)); }
     void setTrayTip(const std::string &tip) override { trayTip = tip; }
     void setWriteSucceeded() override { writeSucceeded = true; }
     void setWriteFailed() override { writeFailed = true; }
     bool killInstantly() override {
-        ++kills;
         events.push_back("kill");
         return true;
     }
@@ -84,21 +62,18 @@ public:
         return it == texts.end() ? englishText(key) : it->second;
     }
     platform::Sounds &sounds() override { return recordedSounds; }
-    void writeCommandLog(const std::string &line) override {
-        if (onLine) onLine(line);
-        commandLog.push_back(line);
-    }
-    std::string currentMode() const override { return mode; }
-    void ChangeCurrentMode(const std::string &m) override { mode = m; }
+    void writeCommandLog(const std::string &line) override { commandLog.push_back(line); }
+    Mode currentMode() const override { return mode; }
+    void ChangeCurrentMode(Mode m) override { mode = m; }
     bool commandExecute(const std::string &command) override {
-        frame.push_back("execute " + command);
+        events.push_back("execute " + command);
         return run ? run(command) : false;
     }
-    void autoHideSettings() override { frame.push_back("autohide"); }
+    void autoHideSettings() override { events.push_back("autohide"); }
     void enableControls(bool enable, bool cancellable) override {
-        frame.push_back(std::string("enable ") + (enable ? "1" : "0") + (cancellable ? "1" : "0"));
+        events.push_back(std::string("enable ") + (enable ? "1" : "0") + (cancellable ? "1" : "0"));
     }
-    void restoreWindow() override { frame.push_back("restore"); }
+    void restoreWindow() override { events.push_back("restore"); }
     std::string elapsedTimeText(long seconds) const override { return std::to_string(seconds) + " Secs"; }
 };
 

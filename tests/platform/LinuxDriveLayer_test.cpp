@@ -1,11 +1,12 @@
 // Drives as Debian's cdrdao scans them and the kernel's CD-ROM table
-// describes them.
+// describes them, and the forms of the Windows tools' device arguments.
+#include "platform/LinuxDriveLayer.h"
+
 #include <gtest/gtest.h>
 
 #include <filesystem>
 
-#include "devices/KernelDriveInfo.h"
-#include "platform/DriveLayer.h"
+#include "platform/WindowsDeviceForms.h"
 #include "testlib/TestSupport.h"
 
 using namespace saltmarrow;
@@ -16,48 +17,66 @@ namespace {
 const LinuxDriveLayer kLayer{"/nonexistent/cdrom.info"};
 const std::string kBanner = "Cdrdao version 1.2.4 - (C) Andreas Mueller <andreas@daneb.de>\n";
 
-TEST(LinuxScan, OutputsThatListNoDrive) {
-    EXPECT_EQ(kLayer.scanProblem(""), "msgCdrdaoFail");
-    EXPECT_EQ(
-        kLayer.scanProblem(kBanner + "ERROR: Unable to access sysfs filesystem at /sys/bus/scsi/devices\n"),
-        "msgNoHostAdapters");
-    EXPECT_EQ(kLayer.scanProblem(kBanner), "msgNoDevicesFound");
-    // Error lines hold ": " but no " : " behind an address.
-    EXPECT_EQ(kLayer.scanProblem(kBanner + "ERROR: Cannot setup device /dev/sr0 : x.\n"),
-              "msgNoDevicesFound");
-    EXPECT_FALSE(kLayer.layerLoaded(kBanner));
-    EXPECT_EQ(kLayer.scanArguments(true), " scanbus");
-    EXPECT_FALSE(kLayer.hasSPTILayer());
+TEST(LinuxScan, WhatAScanOutputSays) {
+    struct Row {
+        std::string output;
+        std::optional<std::string_view> problem;
+        std::size_t drives;
+    };
+    const Row rows[] = {
+        {"", "msgCdrdaoFail", 0},
+        {kBanner + "ERROR: Unable to access sysfs filesystem at /sys/bus/scsi/devices\n", "msgNoHostAdapters",
+         0},
+        {kBanner + "ERROR: Unable to glob through sysfs filesystem\n", "msgNoHostAdapters", 0},
+        {kBanner, "msgNoDevicesFound", 0},
+        // Error lines hold ": " but no " : " behind an address.
+        {kBanner + "ERROR: Cannot setup device /dev/sr0 : x.\n", "msgNoDevicesFound", 0},
+        // A device line has vendor, model and revision: two commas.
+        {kBanner + "/dev/sr0 : HL-DT-ST, DVDRAM GH24NSB0\n", "msgNoDevicesFound", 0},
+        {kBanner + "/dev/sr 0 : A, B, C\n", "msgNoDevicesFound", 0},
+        {kBanner +
+             "\r\n/dev/sr0 : HL-DT-ST, DVDRAM GH24NSB0, LN01\r\n/dev/sr1 : ASUS, DRW: 24B1ST   a, 1.00\n" +
+             "0,6,0 : PLEXTOR, CD-R   PX-W4012A, 1.01\nATA:1,0,0 : A, B, C\n",
+         std::nullopt, 4},
+    };
+    for (const Row &row : rows) {
+        EXPECT_EQ(kLayer.scanProblem(row.output), row.problem) << row.output;
+        EXPECT_EQ(kLayer.deviceLines(row.output).size(), row.drives) << row.output;
+    }
 }
 
-TEST(LinuxScan, DeviceLinesAndTheirFields) {
-    const std::string scan = kBanner + "\r\n/dev/sr0 : HL-DT-ST, DVDRAM GH24NSB0, LN01\r\n" +
-                             "/dev/sr1 : ASUS, DRW: 24B1ST   a, 1.00\n" +
-                             "0,6,0 : PLEXTOR, CD-R   PX-W4012A, 1.01\n";
-    EXPECT_EQ(kLayer.scanProblem(scan), std::nullopt);
-    EXPECT_TRUE(kLayer.layerLoaded(scan));
-    const auto lines = kLayer.deviceLines(scan);
-    ASSERT_EQ(lines.size(), 3u);
-
-    const ScannedDrive first = kLayer.parseScanLine(lines[0]);
-    EXPECT_EQ(first.address, "/dev/sr0");
-    EXPECT_EQ(first.fullName, "/dev/sr0: HL-DT-ST, DVDRAM GH24NSB0");
-    EXPECT_EQ(first.deviceName, "HL-DT-ST, DVDRAM GH24NSB0");
-    EXPECT_EQ(first.firmware, "LN01");
-    // A model name holding ": " stays whole.
-    const ScannedDrive colon = kLayer.parseScanLine(lines[1]);
-    EXPECT_EQ(colon.address, "/dev/sr1");
-    EXPECT_EQ(colon.deviceName, "ASUS, DRW: 24B1ST   a");
-    EXPECT_EQ(kLayer.addressOf(colon.fullName), "/dev/sr1");
-    EXPECT_EQ(kLayer.parseScanLine(lines[2]).address, "0,6,0");
+TEST(LinuxScan, FieldsOfADeviceLine) {
+    struct Row {
+        std::string line, address, fullName, deviceName, firmware;
+    };
+    const Row rows[] = {
+        {"/dev/sr0 : HL-DT-ST, DVDRAM GH24NSB0, LN01", "/dev/sr0", "/dev/sr0: HL-DT-ST, DVDRAM GH24NSB0",
+         "HL-DT-ST, DVDRAM GH24NSB0", "LN01"},
+        // A model name holding ": " or ", " stays whole: the path comes first
+        // and the revision last.
+        {"/dev/sr1 : ASUS, DRW: 24B1ST, a, 1.00", "/dev/sr1", "/dev/sr1: ASUS, DRW: 24B1ST, a",
+         "ASUS, DRW: 24B1ST, a", "1.00"},
+        {"0,6,0 : PLEXTOR, CD-R   PX-W4012A, 1.01", "0,6,0", "0,6,0: PLEXTOR, CD-R   PX-W4012A",
+         "PLEXTOR, CD-R   PX-W4012A", "1.01"},
+    };
+    for (const Row &row : rows) {
+        const ScannedDrive drive = kLayer.parseScanLine(row.line);
+        EXPECT_EQ(drive.address, row.address);
+        EXPECT_EQ(drive.fullName, row.fullName);
+        EXPECT_EQ(drive.deviceName, row.deviceName);
+        EXPECT_EQ(drive.firmware, row.firmware);
+        EXPECT_EQ(kLayer.addressOf(drive.fullName), row.address);
+    }
+    EXPECT_EQ(kLayer.scanArguments(), " scanbus");
+    EXPECT_FALSE(kLayer.hasSPTILayer());
+    EXPECT_FALSE(kLayer.driveInfoReportsAll());
 }
 
 TEST(LinuxScan, AddressesAndTheDeviceArguments) {
-    EXPECT_EQ(kLayer.wellFormedAddress("/dev/sr0: HL-DT-ST, DVDRAM"), "/dev/sr0");
-    EXPECT_EQ(kLayer.wellFormedAddress("/dev/sr0"), "/dev/sr0");
-    EXPECT_EQ(kLayer.wellFormedAddress("ATA:0,0,0"), "ATA:0,0,0");
-    EXPECT_EQ(kLayer.wellFormedAddress("0,6,0"), "0,6,0");
-    for (const char *bad : {"", "HL-DT-ST, DVDRAM", "1,0", "0,x,0", "1,0,0,", "sr0"})
+    for (const char *good : {"/dev/sr0", "ATA:0,0,0", "0,6,0", "10,0,12"})
+        EXPECT_EQ(kLayer.wellFormedAddress(std::string(good) + ": A, B"), good);
+    for (const char *bad :
+         {"", "HL-DT-ST, DVDRAM", "1,0", "0,x,0", "1,0,0,", "0,6,", "sr0", "/dev/sr 0", ",0,0"})
         EXPECT_EQ(kLayer.wellFormedAddress(bad), std::nullopt) << bad;
     // No layers and no locked form: the path is the whole argument.
     for (bool spti : {false, true})
@@ -71,30 +90,40 @@ TEST(LinuxScan, AddressesAndTheDeviceArguments) {
     EXPECT_EQ(kLayer.capabilities("/dev/sr0"), std::nullopt) << "no table, nothing known";
 }
 
-TEST(KernelTable, ColumnsAreFoundByDriveName) {
+TEST(KernelTable, EachRowByDriveName) {
     const std::string table =
         "CD-ROM information, Id: cdrom.c 3.20 2003/12/17\n\n"
-        "drive name:\t\tsr1\tsr0\n"
-        "drive speed:\t\t40\t48\n"
-        "Can write CD-R:\t\t0\t1\n"
-        "Can write CD-RW:\t0\t1\n"
-        "Can read DVD:\t\t1\t1\n"
-        "Can write DVD-R:\t0\t1\n"
-        "Can write DVD-RAM:\t0\t1\n"
-        "Can read MRW:\t\t0\t1\n"
-        "Can write MRW:\t\t0\t0\n\n";
-    const auto writer = parseKernelCdromInfo(table, "sr0");
-    ASSERT_TRUE(writer);
-    EXPECT_EQ(writer->readFeatures, "CD-R CD-RW CD-ROM DVD-ROM DVD-RAM MRW-READ ");
-    EXPECT_EQ(writer->writeFeatures, "CD-R CD-RW DVD-R DVD-RAM ");
-    EXPECT_TRUE(writer->writesDVD);
-    EXPECT_TRUE(writer->readsDVD);
-    const auto reader = parseKernelCdromInfo(table, "sr1");
-    ASSERT_TRUE(reader);
-    EXPECT_EQ(reader->readFeatures, "CD-R CD-RW CD-ROM DVD-ROM ");
-    EXPECT_EQ(reader->writeFeatures, "");
-    EXPECT_FALSE(reader->writesDVD);
-    EXPECT_EQ(parseKernelCdromInfo(table, "sr2"), std::nullopt);
+        "drive name:\t\tsr3\tsr2\tsr1\tsr0\n"
+        "drive speed:\t\t24\t40\t40\t48\n"
+        "Can write CD-R:\t\t0\t0\t0\t1\n"
+        "Can write CD-RW:\t0\t0\t0\t1\n"
+        "Can read DVD:\t\t0\t1\t1\t1\n"
+        "Can write DVD-R:\t0\t0\t0\t1\n"
+        "Can write DVD-RAM:\t0\t1\t0\t0\n"
+        "Can read MRW:\t\t0\t0\t0\t1\n"
+        "Can write MRW:\t\t0\t0\t0\t1\n\n";
+    struct Row {
+        const char *drive;
+        const char *reads;
+        const char *writes;
+        bool writesDVD, readsDVD = true;
+    };
+    const Row rows[] = {
+        {"sr0", "CD-R CD-RW CD-ROM DVD-ROM MRW-READ ", "CD-R CD-RW DVD-R MRW-WRITE ", true},
+        {"sr1", "CD-R CD-RW CD-ROM DVD-ROM ", "", false},
+        // A DVD-RAM writer writes DVDs, and reads DVD-RAM as well.
+        {"sr2", "CD-R CD-RW CD-ROM DVD-ROM DVD-RAM ", "DVD-RAM ", true},
+        {"sr3", "CD-R CD-RW CD-ROM ", "", false, false},
+    };
+    for (const Row &row : rows) {
+        const auto caps = parseKernelCdromInfo(table, row.drive);
+        ASSERT_TRUE(caps) << row.drive;
+        EXPECT_EQ(caps->readFeatures, row.reads) << row.drive;
+        EXPECT_EQ(caps->writeFeatures, row.writes) << row.drive;
+        EXPECT_EQ(caps->writesDVD, row.writesDVD) << row.drive;
+        EXPECT_EQ(caps->readsDVD, row.readsDVD) << row.drive;
+    }
+    EXPECT_EQ(parseKernelCdromInfo(table, "sr4"), std::nullopt);
     EXPECT_EQ(parseKernelCdromInfo("drive name:\tsr0\nCan write CD-R:\n", "sr0")->writeFeatures, "")
         << "a row short of columns is no feature";
 }
@@ -111,55 +140,17 @@ TEST(KernelTable, ALinkedDeviceNameIsFollowedToTheKernelsName) {
     EXPECT_EQ(layer.capabilities(dir.file("sr6")), std::nullopt);
 }
 
-TEST(KernelDriveInfo, SpeedsComeInCDOrDVDSteps) {
-    const std::string info = "Maximum reading speed: 8467 kB/s\nMaximum writing speed: 7056 kB/s\n";
-    EXPECT_EQ(topWriteSpeed(info, false), 40);
-    EXPECT_EQ(topWriteSpeed("Maximum writing speed: 22160 kB/s\r\n", true), 16);
-    EXPECT_EQ(topWriteSpeed("Maximum writing speed: 8310 kB/s", true), 6);
-    EXPECT_EQ(topWriteSpeed("Maximum writing speed: 0 kB/s", false), 0);
-    EXPECT_EQ(topWriteSpeed("Maximum reading speed: 8467 kB/s", false), 0);
-
-    DeviceInfo device;
-    DriveCapabilities caps;
-    caps.readFeatures = "CD-R CD-RW CD-ROM DVD-ROM ";
-    caps.writeFeatures = "CD-R CD-RW DVD-R ";
-    caps.writesDVD = true;
-    readKernelDriveInfo(device, caps, "Maximum writing speed: 22160 kB/s\nBurnProof supported: yes\n",
-                        "DVD+R");
-    EXPECT_EQ(device.WriteSpeeds, "16x,12x,10x,8x,6x,4x,2x,1x");
-    EXPECT_TRUE(device.isWriter);
-    EXPECT_TRUE(device.BufferProtection);
-    EXPECT_EQ(device.LastMediaType, "DVD+R");
-    EXPECT_TRUE(device.MediaInserted);
-    EXPECT_EQ(device.WriteFeatures, caps.writeFeatures);
-
-    // Emptied, the drive keeps its last type; without write features no
-    // speed makes it a writer.
-    caps.writeFeatures.clear();
-    readKernelDriveInfo(device, caps, "Maximum writing speed: 7056 kB/s\nBurnProof supported: no\n", "n/a");
-    EXPECT_FALSE(device.MediaInserted);
-    EXPECT_EQ(device.LastMediaType, "DVD+R");
-    EXPECT_EQ(device.WriteSpeeds, "");
-    EXPECT_FALSE(device.isWriter);
-    EXPECT_FALSE(device.BufferProtection);
-}
-
-TEST(KernelDriveInfo, MediumWords) {
-    const std::string inquiry = "INQUIRY:                [HL-DT-ST][DVDRAM GH24NSB0 ][LN01]\n";
-    EXPECT_EQ(dvdMediumType(inquiry + " Mounted Media:         1Bh, DVD+R\n"), "DVD+R");
-    EXPECT_EQ(dvdMediumType(inquiry + " Mounted Media:         11h, DVD-R Sequential\n"), "DVD-R");
-    EXPECT_EQ(dvdMediumType(inquiry + " Mounted Media:         13h, DVD-RW Restricted Overwrite\r\n"),
-              "DVD-RW");
-    EXPECT_EQ(dvdMediumType(inquiry + ":-( no media mounted, exiting...\n"), "n/a");
-    EXPECT_EQ(dvdMediumType(inquiry + ":-( non-DVD media mounted, exiting...\n"), "");
-    EXPECT_EQ(dvdMediumType(inquiry + " Mounted Media:         41h, BD-R SRM\n"), "");
-    EXPECT_EQ(dvdMediumType("/dev/sr0: unable to open: No such file or directory\n"), "");
-
-    const std::string read = "That data below may not reflect the real status of the inserted medium\n";
-    EXPECT_EQ(cdMediumType(read + "CD-RW                : yes\nCD-R medium          : Ritek\n"), "CD-RW");
-    EXPECT_EQ(cdMediumType(read + "CD-RW                : no\nCD-R medium          : Taiyo Yuden\n"), "CD-R");
-    EXPECT_EQ(cdMediumType(read + "CD-RW                : no\nCD-R medium          : n/a\n"), "CD-ROM");
-    EXPECT_EQ(cdMediumType("ERROR: Unit not ready, giving up.\n"), "n/a");
+// The forms of the Windows tools, as the examples of the fragments give them.
+TEST(WindowsDeviceForms, AddressesAndLayers) {
+    const WindowsDeviceForms forms;
+    EXPECT_EQ(forms.addressOf("1,0,0: PLEXTOR, PX-W4012A"), "1,0,0");
+    EXPECT_EQ(forms.wellFormedAddress("0,2,0: LITEON"), "0,2,0");
+    for (const char *bad : {"1,1,", "1.1.0", "10,0,0: A"})
+        EXPECT_EQ(forms.wellFormedAddress(bad), std::nullopt);
+    EXPECT_EQ(forms.cdrdaoDevice("1,0,0", true, true), "SPTILOCK:1,0,0");
+    EXPECT_EQ(forms.cdrdaoDevice("0,1,0", false, false), "ASPI:0,1,0");
+    EXPECT_EQ(forms.dvdDevice("1,0,0", false, false), "ASPILOCK:1,0,0");
+    EXPECT_EQ(forms.dvdDevice("0,1,0", true, true), "0,1,0");
 }
 
 }  // namespace

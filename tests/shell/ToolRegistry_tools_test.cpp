@@ -2,6 +2,7 @@
 #include <unistd.h>
 
 #include "shell/ToolRegistry.h"
+#include "testlib/ScriptedDialogs.h"
 #include "testlib/TestSupport.h"
 
 namespace saltmarrow {
@@ -10,7 +11,7 @@ namespace {
 // The program folder of the build, with Debian's tools linked into external/
 // by scripts/setup.
 TEST(ToolRegistryTools, ReportListsTheDebianTools) {
-    platform::ScriptedDialogs dialogs;
+    test::ScriptedDialogs dialogs;
     MessageTable messages;
     ToolRegistry registry(SALTMARROW_APP_DIR, dialogs, messages);
     ToolPaths paths = registry.resolveTools();
@@ -35,14 +36,8 @@ TEST(ToolRegistryTools, ReportListsTheDebianTools) {
     std::vector<std::string> listed(lines.begin() + 6, lines.end() - 2);
     EXPECT_EQ(listed, expected);
 
-    // The tools really are the ones named: each answers to its usual switch.
-    std::string out;
-    FILE *p = popen((paths.strMkisofs + " -version 2>&1").c_str(), "r");
-    ASSERT_NE(p, nullptr);
-    char buf[256];
-    while (fgets(buf, sizeof buf, p)) out += buf;
-    pclose(p);
-    EXPECT_NE(out.find("genisoimage"), std::string::npos) << out;
+    // The tools really are the ones named: mkisofs answers as genisoimage.
+    EXPECT_NE(test::runTool({paths.strMkisofs, "-version"}).output.find("genisoimage"), std::string::npos);
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// The main window with its settings file, its language files and the tools
+// The main window with its settings file, its language files and its tools
 // folder: what one run leaves, the next run finds.
 #include <gtest/gtest.h>
 
@@ -6,145 +6,168 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QGroupBox>
-#include <QLineEdit>
+#include <QLabel>
 #include <QMenu>
 #include <QPushButton>
 #include <filesystem>
 
+#include "discops/frmEraseCD.h"
 #include "exec/frmLog.h"
+#include "shell/LanguageForms.h"
+#include "testlib/FakeDrive.h"
 #include "testlib/ShellHarness.h"
 
 using namespace saltmarrow;
 using namespace saltmarrow::test;
 
 namespace {
-// Closes the form as the user would, with no temporary folder to ask about.
+
 void closeForm(frmMain &f) {
-    f.settings.setText("TempFolder", "");
+    f.settings.setText("TempFolder", "");  // nothing to ask about
     f.close();
 }
+
+std::unique_ptr<ShellHarness> started(const std::string &app, const std::string &commandLine = {}) {
+    auto h = ShellHarness::inFolder(app, commandLine, false);
+    EXPECT_TRUE(h->form().Form_Load());
+    return h;
+}
+
 }  // namespace
 
 TEST(MainSettings, WhatOneRunLeavesTheNextFinds) {
     TempDir app;
+    installFakeDrive(app.path(), {cdWriter("CD-R", kBlankCDR)});
     {
-        auto first = ShellHarness::inFolder(app.path(), "", false);
+        auto first = started(app.path());
         frmMain &f = first->form();
-        ASSERT_TRUE(f.Form_Load());
-        EXPECT_FALSE(f.mnuConfirmWrite->isChecked());
         f.mnuConfirmWrite->setChecked(true);
         f.chkAutoHide->setChecked(true);
-        f.chkCheckCUE->setChecked(true);
         f.mnuLog->setChecked(true);
+        f.chkOverburn->click();  // kept in the drive's options
+        f.chkReadRaw->click();
         f.Version = "0.1";
         closeForm(f);
         EXPECT_FALSE(f.formLoaded);
     }
-    std::string ini = readFile(app.path() + "/saltmarrow.ini");
+    const std::string ini = readFile(app.file("saltmarrow.ini"));
     EXPECT_EQ(ini.substr(0, 17), "[Main Settings]\r\n");
-    EXPECT_NE(ini.find("\r\nConfirm Write=True\r\n"), std::string::npos);
-    EXPECT_NE(ini.find("\r\nAutohide Settings=1\r\n"), std::string::npos);
-    EXPECT_NE(ini.find("\r\nVersion=0.1\r\n"), std::string::npos);
+    for (const char *line :
+         {"Confirm Write=True", "Autohide Settings=1", "Version=0.1", "ShowCommandLog=True"})
+        EXPECT_NE(ini.find("\r\n" + std::string(line) + "\r\n"), std::string::npos) << line;
+    EXPECT_NE(ini.find("\r\nDevice=1|PLEXTOR, CD-R   PX-W4012A|generic-mmc|0|True|"), std::string::npos)
+        << ini;
 
-    auto second = ShellHarness::inFolder(app.path(), "", false);
+    auto second = started(app.path());
     frmMain &g = second->form();
-    ASSERT_TRUE(g.Form_Load());
     EXPECT_TRUE(g.mnuConfirmWrite->isChecked());
     EXPECT_TRUE(g.chkAutoHide->isChecked());
-    EXPECT_TRUE(g.chkCheckCUE->isChecked());
     EXPECT_TRUE(g.mnuLog->isChecked());
+    EXPECT_TRUE(g.chkOverburn->isChecked());
+    EXPECT_TRUE(g.chkReadRaw->isChecked());
     EXPECT_TRUE(second->errors.reports.empty());
 }
 
-TEST(MainSettings, AMalformedValueIsReportedAndTheRestStillLoads) {
+TEST(MainSettings, AFileThatCannotBeReadOrWrittenIsReportedNotFatal) {
     TempDir app;
-    const std::string bad = "[Main Settings]\r\nConfirm Write=True\r\nAutohide Settings=yes please\r\n"
-                            "Check Cue Files=1\r\n";
-    writeFile(app.path() + "/saltmarrow.ini", bad);
-    auto h = ShellHarness::inFolder(app.path(), "", false);
-    ASSERT_TRUE(h->form().Form_Load());
+    const std::string bad =
+        "[Main Settings]\r\nConfirm Write=True\r\nAutohide Settings=yes please\r\n"
+        "Check Cue Files=1\r\nSimulate=1\r\nParanoia=2\r\n";
+    writeFile(app.file("saltmarrow.ini"), bad);
+    auto h = started(app.path());
     ASSERT_EQ(h->errors.reports.size(), 1u);
     EXPECT_EQ(h->errors.reports[0], "13 Type mismatch in frmMain:loadSettings");
     EXPECT_TRUE(h->form().mnuConfirmWrite->isChecked());
     EXPECT_TRUE(h->form().chkCheckCUE->isChecked());
     EXPECT_FALSE(h->form().chkAutoHide->isChecked());
-    EXPECT_EQ(readFile(app.path() + "/saltmarrow.ini"), bad) << "reading never writes";
-}
+    // Keys of earlier versions set their controls for this run.
+    EXPECT_TRUE(h->form().chkSimulate->isChecked());
+    EXPECT_EQ(h->form().cmbParanoia->currentIndex(), 2);
+    EXPECT_EQ(readFile(app.file("saltmarrow.ini")), bad) << "reading never writes";
 
-TEST(MainSettings, ASettingsFileThatCannotBeWrittenIsReportedNotFatal) {
-    TempDir app;
-    auto h = ShellHarness::inFolder(app.path(), "", false);
-    ASSERT_TRUE(h->form().Form_Load());
     // A folder where the file belongs: no rename can replace it.
-    std::filesystem::create_directory(app.path() + "/saltmarrow.ini");
+    std::filesystem::remove(app.file("saltmarrow.ini"));
+    std::filesystem::create_directory(app.file("saltmarrow.ini"));
     closeForm(h->form());
-    ASSERT_EQ(h->errors.reports.size(), 1u);
-    EXPECT_NE(h->errors.reports[0].find("in frmMain:saveSettings"), std::string::npos);
+    ASSERT_EQ(h->errors.reports.size(), 2u);
+    EXPECT_NE(h->errors.reports[1].find("in frmMain:saveSettings"), std::string::npos);
     EXPECT_EQ(h->terminated, 0);
     EXPECT_FALSE(h->form().formLoaded) << "the program still ends";
 }
 
-TEST(MainLanguage, GermanCaptionsAndMessages) {
+// Every caption of every form the main window has loaded is German: its
+// menus, labels and frames, the log window and the erase dialog.
+TEST(MainLanguage, GermanCaptionsAndMessagesEverywhere) {
     TempDir app;
-    std::filesystem::create_directory(app.path() + "/languages");
-    std::filesystem::copy_file(sourcePath("resources/languages/German.txt"), app.path() + "/languages/German.txt");
-    writeFile(app.path() + "/saltmarrow.ini", "[Advanced Settings]\r\nLanguage=German\r\n");
-    auto h = ShellHarness::inFolder(app.path(), "", false);
-    frmMain &f = h->form();
-    ASSERT_TRUE(f.Form_Load());
-    EXPECT_EQ(f.mnuFile->title(), "&Datei");
-    EXPECT_EQ(f.mnuLoad->text(), "&Neues Abbild laden...");
-    EXPECT_NE(f.frameWriter->title(), "Write Settings");
-    EXPECT_NE(f.chkSimulate->text(), "Simulate");
-    EXPECT_EQ(f.msg("msgCancel"), "&Abbrechen");
-    f.enableControls(false, true);
-    EXPECT_EQ(f.cmdWrite->text(), "&Abbrechen");
-    f.enableControls(true, false);
-    EXPECT_EQ(f.cmdWrite->text().toStdString(), f.writeCaption) << "the translated design caption comes back";
-    EXPECT_NE(f.writeCaption, "&Write");
+    std::filesystem::create_directory(app.file("languages"));
+    std::filesystem::copy_file(sourcePath("resources/languages/German.txt"),
+                               app.file("languages/German.txt"));
+    const auto english = started(app.path());
+    writeFile(app.file("saltmarrow.ini"), "[Advanced Settings]\r\nLanguage=German\r\n");
+    const auto german = started(app.path());
+    frmMain &e = english->form(), &g = german->form();
+    std::size_t compared = 0;
+    for (const auto &[englishForm, germanForm] :
+         {std::pair<QWidget *, QWidget *>{&e, &g}, {e.log, g.log}, {e.eraseForm, g.eraseForm}}) {
+        const FormCaptions before = collectCaptions(englishForm), after = collectCaptions(germanForm);
+        ASSERT_EQ(before.controls.size(), after.controls.size());
+        for (std::size_t i = 0; i < before.controls.size(); ++i, ++compared) {
+            if (isUntranslatedCaption(before.controls[i].caption)) continue;
+            EXPECT_NE(after.controls[i].caption, before.controls[i].caption)
+                << before.formName << ":" << before.controls[i].control;
+        }
+    }
+    EXPECT_GT(compared, 60u);
+    EXPECT_EQ(g.lblSpeed->text(), "Geschwindigkeit:");
+    EXPECT_EQ(g.log->windowTitle(), "  Befehlsprotokoll");
+    EXPECT_EQ(g.msg("msgCancel"), "&Abbrechen");
+    g.enableControls(false, true);
+    EXPECT_EQ(g.cmdWrite->text(), "&Abbrechen");
+    g.enableControls(true, false);
+    EXPECT_EQ(g.cmdWrite->text().toStdString(), g.writeCaption) << "the translated design caption comes back";
+
+    // A language without a file falls back to English quietly.
+    writeFile(app.file("saltmarrow.ini"), "[Advanced Settings]\r\nLanguage=Klingon\r\n");
+    const auto klingon = started(app.path());
+    EXPECT_EQ(klingon->form().mnuFile->title(), "&File");
+    EXPECT_TRUE(klingon->errors.reports.empty());
 }
 
-TEST(MainLanguage, UnknownLanguageFallsBackToEnglishQuietly) {
+TEST(MainLanguage, TheTemplateHasASectionForEachForm) {
     TempDir app;
-    writeFile(app.path() + "/saltmarrow.ini", "[Advanced Settings]\r\nLanguage=Klingon\r\n");
-    auto h = ShellHarness::inFolder(app.path(), "", false);
-    ASSERT_TRUE(h->form().Form_Load());
-    EXPECT_EQ(h->form().mnuFile->title(), "&File");
-    EXPECT_TRUE(h->errors.reports.empty());
-}
-
-TEST(MainLanguage, TemplateOnRequestHoldsTheMessagesAndTheLoadedForms) {
-    TempDir app;
-    auto h = ShellHarness::inFolder(app.path(), "/langtemplate", false);
-    ASSERT_TRUE(h->form().Form_Load());
-    std::string text = readFile(app.path() + "/languages/Template.txt");
-    ASSERT_FALSE(text.empty());
-    EXPECT_NE(text.find("\r\n[Global Messages]\r\nmsgWriteProgress=Wrote %1 of %2 MB\r\n"), std::string::npos);
-    EXPECT_NE(text.find("\r\n[frmMain]\r\n"), std::string::npos);
-    EXPECT_NE(text.find("\r\nmnuLoad=Load &New Image...\r\n"), std::string::npos);
-    EXPECT_NE(text.find("\r\n[frmLog]\r\nfrmLog=  Command Log\r\n"), std::string::npos);
+    started(app.path(), "/langtemplate");
+    const std::string text = readFile(app.file("languages/Template.txt"));
+    EXPECT_NE(text.find("\r\n[Global Messages]\r\nmsgWriteProgress=Wrote %1 of %2 MB\r\n"),
+              std::string::npos);
+    EXPECT_NE(text.find("\r\n[frmMain]\r\ncmdWrite=&Write\r\nframeReader=Read Settings\r\n"),
+              std::string::npos);
+    EXPECT_NE(text.find("\r\nmnuFile=&File\r\nmnuLoad=Load &New Image...\r\n"), std::string::npos);
+    EXPECT_NE(text.find("\r\n[frmLog]\r\nfrmLog=  Command Log\r\nmnuFont=Change &Font\r\n"),
+              std::string::npos);
+    EXPECT_NE(text.find("\r\n[frmEraseCD]\r\nfrmEraseCD=Erase Disc\r\n"), std::string::npos);
+    EXPECT_EQ(text.find("\r\nmnuFile=", text.find("mnuFile=") + 1), std::string::npos) << "each menu once";
+    const std::size_t main = text.find("[frmMain]"), log = text.find("[frmLog]");
+    for (const char *other : {"mnuCopyAll=", "cmdErase="}) {
+        const std::size_t at = text.find(other);
+        EXPECT_FALSE(at > main && at < log) << other << " stands in the main form's section";
+    }
     EXPECT_EQ(text.find("[dis]"), std::string::npos);
 }
 
 TEST(MainTools, TheReportGoesToTheLogAndTheListToTheMenu) {
     TempDir app;
-    std::filesystem::create_directories(app.path() + "/external");
+    std::filesystem::create_directories(app.file("external"));
     for (const char *tool : {"cdrdao", "mkisofs"}) {
-        writeFile(app.path() + "/external/" + tool, "#!/bin/sh\n");
-        std::filesystem::permissions(app.path() + "/external/" + tool, std::filesystem::perms::owner_all);
+        writeFile(app.file("external/") + tool, "#!/bin/sh\n");
+        std::filesystem::permissions(app.file("external/") + tool, std::filesystem::perms::owner_all);
     }
-    auto h = ShellHarness::inFolder(app.path(), "", false);
-    frmMain &f = h->form();
-    ASSERT_TRUE(f.Form_Load());
+    auto h = started(app.path());
     EXPECT_TRUE(h->dialogs.prompts.empty()) << "nothing that must be there is missing";
-    EXPECT_NE(f.txtStatus->text(), "No working cdrdao installation found");
-    f.runner.log.close();
-    std::string log = readFile(app.path() + "/external/TEMP/commandlog.txt");
+    h->form().runner.log.close();
+    const std::string log = readFile(app.file("external/TEMP/commandlog.txt"));
     EXPECT_EQ(log.substr(0, 62), std::string(62, '-'));
-    EXPECT_NE(log.find("Cdrdao"), std::string::npos);
     EXPECT_NE(log.find("Mkisofs"), std::string::npos);
-
-    f.mnuExternal->trigger();
+    h->form().mnuExternal->trigger();
     ASSERT_EQ(h->dialogs.prompts.size(), 1u);
     EXPECT_NE(h->dialogs.prompts[0].text.find("Cdrdao"), std::string::npos);
     EXPECT_EQ(h->dialogs.prompts[0].text.find("MadPlay"), std::string::npos);

@@ -1,5 +1,6 @@
-// The main window offscreen: start-up, the interface lock, the write frame
-// around real child processes, shutdown and the hand-over between instances.
+// The main window offscreen: start-up, its sizes and place, the interface
+// lock, the write frame around real child processes, shutdown and the
+// hand-over between instances.
 #include <gtest/gtest.h>
 
 #include <QAction>
@@ -10,17 +11,18 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
+#include <QMouseEvent>
 #include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QScreen>
 #include <QStatusBar>
-#include <QTimer>
 #include <algorithm>
 #include <filesystem>
 
 #include "exec/frmLog.h"
 #include "platform/CommandLine.h"
-#include "platform/DriveLayer.h"
+#include "shell/frmAbout.h"
 #include "testlib/ShellHarness.h"
 
 using namespace saltmarrow;
@@ -35,28 +37,32 @@ std::string scripted(const std::vector<std::string> &steps) {
     return cmd;
 }
 
-// Stands in for the output interpreter: the flags follow the words.
-void interpretFinishedLines(frmMain &f) {
-    auto original = f.runner.objDOS.ReceiveOutputs;
-    f.runner.objDOS.ReceiveOutputs = [&f, original](const std::string &line) {
-        original(line);
-        if (line.find("finished successfully") != std::string::npos) f.writeSucceeded = true;
-        if (line.find("ERROR") != std::string::npos) f.writeFailed = true;
-    };
-}
+// A form that has started, with the missing tools' complaints cleared; its
+// interpreter's flags follow the words of the scripted output.
+struct Main : ::testing::Test {
+    ShellHarness h;
+    frmMain &f = h.form();
+    void SetUp() override {
+        ASSERT_TRUE(f.Form_Load());
+        h.dialogs.prompts.clear();
+        auto original = f.runner.objDOS.ReceiveOutputs;
+        f.runner.objDOS.ReceiveOutputs = [this, original](const std::string &line) {
+            original(line);
+            if (line.find("finished successfully") != std::string::npos) f.writeSucceeded = true;
+            if (line.find("ERROR") != std::string::npos) f.writeFailed = true;
+        };
+    }
+};
 
-std::vector<QWidget *> taggedControls(frmMain &f) {
-    std::vector<QWidget *> tagged;
-    for (QWidget *w : f.findChildren<QWidget *>())
-        if (w->property("tag").toString() == "tagged") tagged.push_back(w);
-    return tagged;
-}
-
-bool waitFor(const std::function<bool()> &condition, int ms = 5000) {
+bool waitFor(const std::function<bool()> &condition) {
     QElapsedTimer t;
     t.start();
-    while (!condition() && t.elapsed() < ms) QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+    while (!condition() && t.elapsed() < 5000) QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
     return condition();
+}
+
+void settle() {
+    for (int i = 0; i < 5; ++i) QApplication::processEvents();
 }
 
 }  // namespace
@@ -68,142 +74,154 @@ TEST(MainStartUp, LeavesAReadyPanel) {
     EXPECT_TRUE(f.formLoaded);
     EXPECT_TRUE(std::filesystem::is_directory(h.appDir() + "/external/TEMP"));
     EXPECT_EQ(f.commandFile, h.appDir() + "/external/TEMP/command.bat");
-    EXPECT_EQ(f.mkisofsToc, h.appDir() + "/external/TEMP/mkisofs.toc");
     EXPECT_EQ(f.txtStatus->text().toStdString(), "No working cdrdao installation found");
     // The tools that must be there are missed aloud, cdrdao first.
     ASSERT_EQ(h.dialogs.prompts.size(), 2u);
     EXPECT_NE(h.dialogs.prompts[0].text.find("/external/cdrdao"), std::string::npos);
     EXPECT_NE(h.dialogs.prompts[1].text.find("/external/mkisofs"), std::string::npos);
     EXPECT_EQ(f.writeCaption, "&Write");
-    EXPECT_EQ(f.cmbBuffers->count(), 6);
     EXPECT_EQ(f.cmbBuffers->currentText(), "256");
     EXPECT_EQ(f.cmbParanoia->count(), 4);
-    EXPECT_EQ(f.cmbParanoia->currentIndex(), 0);
     EXPECT_EQ(f.cmbSubs->count(), 3);
-    EXPECT_EQ(f.collapsedHeight + 5565 - 2120, f.expandedHeight);
-    EXPECT_FALSE(f.settingsArea->isVisible());
-    EXPECT_EQ(f.findChildren<QLabel *>("sbStatusBar").size(), 5);
-    EXPECT_TRUE(h.errors.reports.empty());
-}
-
-TEST(MainStartUp, AFolderThatCannotBeMadeIsReportedAndStartUpGoesOn) {
-    ShellHarness h;
-    writeFile(h.appDir() + "/external", "a file where the tools folder belongs");
-    ASSERT_TRUE(h.form().Form_Load());
-    ASSERT_EQ(h.errors.reports.size(), 1u);
-    EXPECT_EQ(h.errors.reports[0].substr(0, 17), "76 Path not found");
-    EXPECT_NE(h.errors.reports[0].find("in frmMain:Form_Load"), std::string::npos);
-    EXPECT_TRUE(h.form().formLoaded);
-    EXPECT_EQ(h.form().cmbBuffers->count(), 6);
-}
-
-TEST(MainStartUp, AutoHideStartsCollapsedWhateverTheMenuSays) {
-    ShellHarness h;
-    frmMain &f = h.form();
-    f.mnuDeviceSettings->setChecked(true);
-    f.chkAutoHide->setChecked(true);
-    ASSERT_TRUE(f.Form_Load());
-    EXPECT_FALSE(f.mnuDeviceSettings->isChecked());
     EXPECT_FALSE(f.settingsArea->isVisibleTo(&f));
+    EXPECT_FALSE(f.chkUseSPTI->isEnabled()) << "no SPTI layer here";
+    EXPECT_TRUE(h.errors.reports.empty());
 
-    ShellHarness open;
-    open.form().mnuDeviceSettings->setChecked(true);
-    ASSERT_TRUE(open.form().Form_Load());
-    EXPECT_TRUE(open.form().settingsArea->isVisibleTo(&open.form()));
-    EXPECT_GT(open.form().height(), f.height());
-    open.form().showSettings(false);
-    EXPECT_EQ(open.form().height(), f.height());
+    // A folder that cannot be made is reported, and start-up goes on.
+    ShellHarness blocked;
+    writeFile(blocked.appDir() + "/external", "a file where the tools folder belongs");
+    ASSERT_TRUE(blocked.form().Form_Load());
+    ASSERT_EQ(blocked.errors.reports.size(), 1u);
+    EXPECT_EQ(blocked.errors.reports[0].substr(0, 17), "76 Path not found");
+    EXPECT_TRUE(blocked.form().formLoaded);
 }
 
-TEST(MainInterfaceLock, BusyAndIdleRoundTrip) {
-    ShellHarness h;
-    frmMain &f = h.form();
+TEST(MainStartUp, OneWidthAndTwoHeightsHoweverTheStateIsReached) {
+    ShellHarness collapsed, open, hidden;
+    open.form().mnuDeviceSettings->setChecked(true);
+    hidden.form().mnuDeviceSettings->setChecked(true);
+    hidden.form().chkAutoHide->setChecked(true);  // starts collapsed whatever the menu says
+    for (ShellHarness *h : {&collapsed, &open, &hidden}) ASSERT_TRUE(h->form().Form_Load());
+    EXPECT_FALSE(hidden.form().mnuDeviceSettings->isChecked());
+    EXPECT_TRUE(open.form().settingsArea->isVisibleTo(&open.form()));
+    EXPECT_GT(open.form().height(), collapsed.form().height());
+    EXPECT_EQ(hidden.form().size(), collapsed.form().size());
+
+    collapsed.form().show();
+    settle();
+    const QSize small = collapsed.form().size();
+    collapsed.form().mnuDeviceSettings->trigger();
+    settle();
+    EXPECT_EQ(collapsed.form().size(), open.form().size()) << "opened on screen as it opens at start";
+    collapsed.form().mnuDeviceSettings->trigger();
+    settle();
+    EXPECT_EQ(collapsed.form().size(), small);
+    EXPECT_GE(collapsed.form().width(), collapsed.form().settingsArea->minimumSizeHint().width());
+
+    // Every panel of the status bar lies inside the window.
+    for (QLabel *panel : collapsed.form().findChildren<QLabel *>("sbStatusBar")) {
+        const QRect inWindow(panel->mapTo(&collapsed.form(), QPoint(0, 0)), panel->size());
+        EXPECT_TRUE(collapsed.form().rect().contains(inWindow)) << panel->property("index").toInt();
+    }
+}
+
+TEST(MainStartUp, TheWindowAndItsLogStartOnTheScreen) {
+    TempDir app;
+    writeFile(app.file("saltmarrow.ini"), "[Main Settings]\r\nShowSettings=True\r\nShowCommandLog=True\r\n");
+    auto h = ShellHarness::inFolder(app.path(), "", false);
+    frmMain &f = h->form();
     ASSERT_TRUE(f.Form_Load());
-    auto tagged = taggedControls(f);
-    // Every control of the three frames, and the button; the SPTI box only
-    // where the platform has that layer, else it stays off for good.
-    const bool spti = platform::driveLayer().hasSPTILayer();
-    ASSERT_EQ(tagged.size(), spti ? 24u : 23u);
-    EXPECT_EQ(std::find(tagged.begin(), tagged.end(), f.chkUseSPTI) != tagged.end(), spti);
+    f.move(0, 5000);  // where a window manager might have put it
+    f.show();
+    settle();
+    const QRect room = f.screen()->availableGeometry();
+    EXPECT_TRUE(f.log->isVisible());
+    EXPECT_TRUE(room.contains(f.frameGeometry())) << "the main window";
+    EXPECT_LE(f.log->frameGeometry().bottom(), room.bottom()) << "and the log below it";
+    EXPECT_EQ(f.log->frameGeometry().top(), f.frameGeometry().bottom() + 1);
+}
+
+TEST_F(Main, TheInterfaceLockRoundTrip) {
+    std::vector<QWidget *> tagged;
+    for (QWidget *w : f.findChildren<QWidget *>())
+        if (w->property("tag").toString() == "tagged") tagged.push_back(w);
+    ASSERT_EQ(tagged.size(), 23u) << "the frames' controls and the button; the SPTI box is out of reach";
     QList<QMenu *> menus{f.mnuFile, f.mnuSettings, f.mnuHelp, f.mnuTools, f.mnuMastering, f.mnuReadCopy};
 
     f.enableControls(false, true);
     EXPECT_EQ(f.cmdWrite->text(), "&Cancel");
     EXPECT_TRUE(f.cmdWrite->isEnabled());
-    EXPECT_TRUE(f.cmdWrite->property("tag").toString().isEmpty());
     for (QWidget *w : tagged) {
-        if (w == f.cmdWrite) continue;
-        EXPECT_FALSE(w->isEnabled()) << w->objectName().toStdString();
+        if (w != f.cmdWrite) {
+            EXPECT_FALSE(w->isEnabled()) << w->objectName().toStdString();
+        }
     }
     for (QMenu *m : menus) EXPECT_FALSE(m->menuAction()->isEnabled());
 
     f.enableControls(true, false);
     EXPECT_EQ(f.cmdWrite->text(), "&Write");
-    EXPECT_EQ(f.cmdWrite->property("tag").toString(), "tagged");
     for (QWidget *w : tagged) EXPECT_TRUE(w->isEnabled()) << w->objectName().toStdString();
     for (QMenu *m : menus) EXPECT_TRUE(m->menuAction()->isEnabled());
 
-    f.chkSimulate->setChecked(true);
-    f.enableControls(std::nullopt, false);
+    f.chkSimulate->click();
     EXPECT_EQ(f.cmdWrite->text(), "&Simulate");
+    EXPECT_EQ(f.sbPanel[4]->text(), "Simulate");
+    f.ChkWriteDriverRaw->setChecked(true);
+    EXPECT_EQ(f.sbPanel[3]->text(), "RAW") << "the panels follow their boxes however they change";
 }
 
-TEST(MainWriteFrame, SuccessWithElapsedTimeMessageBoxAndSound) {
-    ShellHarness h;
-    frmMain &f = h.form();
-    ASSERT_TRUE(f.Form_Load());
-    h.dialogs.prompts.clear();  // the missing tools were reported at start
-    interpretFinishedLines(f);
-    f.ChangeCurrentMode("WRITE CD");
-    f.mnuConfirmWrite->setChecked(true);
+TEST_F(Main, TheFrameReportsFromTheFlagsNotTheExitCode) {
+    struct Row {
+        Mode mode;
+        bool confirm;
+        std::vector<std::string> steps;
+        std::string status;
+        std::vector<std::string> boxes, sounds;
+    };
+    const std::string success = "Writing finished successfully after 00mins 00secs";
+    // What each outcome shows is decided in WriteFrame; here, that the form
+    // shows it, from the flags of a real run.
+    const Row rows[] = {
+        {Mode::WriteCD,
+         true,
+         {"out", "Writing track 01\\r\\nWriting finished successfully\\r\\n"},
+         success,
+         {success},
+         {}},
+        {Mode::WriteCD,
+         false,
+         {"out", "Writing finished successfully\\n", "exit", "1"},
+         success,
+         {},
+         {"SystemAsterisk"}},
+        {Mode::AudioCD,
+         false,
+         {"out", "something else\\n"},
+         "There were some errors, please consult the log.",
+         {},
+         {"SystemAsterisk"}},
+    };
     f.cmbSpeed->addItem("16x");
-    f.writeFrame(scripted({"out", "Writing track 01\\r\\nWriting finished successfully\\r\\n"}));
-    EXPECT_EQ(f.txtStatus->text().toStdString(), "Writing finished successfully after 00mins 00secs");
-    ASSERT_EQ(h.dialogs.prompts.size(), 1u);
-    EXPECT_EQ(h.dialogs.prompts[0].style, 64);
-    EXPECT_EQ(h.dialogs.prompts[0].text, "Writing finished successfully after 00mins 00secs");
-    EXPECT_TRUE(h.sounds.played.empty());
+    for (const Row &row : rows) {
+        h.dialogs.prompts.clear();
+        h.sounds.played.clear();
+        f.ChangeCurrentMode(row.mode);
+        f.mnuConfirmWrite->setChecked(row.confirm);
+        f.writeFrame(scripted(row.steps));
+        EXPECT_EQ(f.txtStatus->text().toStdString(), row.status);
+        std::vector<std::string> boxes;
+        for (const auto &p : h.dialogs.prompts) boxes.push_back(p.text + (p.style == 64 ? "" : " (style)"));
+        EXPECT_EQ(boxes, row.boxes);
+        EXPECT_EQ(h.sounds.played, row.sounds);
+        EXPECT_EQ(f.cmdWrite->text(), "&Write");
+        EXPECT_EQ(f.windowTitle(), "saltmarrow");
+    }
     EXPECT_EQ(f.sbPanel[2]->text(), "16x");
-    EXPECT_EQ(f.cmdWrite->text(), "&Write");
-    EXPECT_EQ(f.log->txtOutputs->toPlainText().toStdString(),
-              "Writing track 01\nWriting finished successfully");
-    EXPECT_EQ(f.windowTitle(), "saltmarrow");
+    EXPECT_EQ(f.log->txtOutputs->toPlainText().toStdString(), "something else");
 }
 
-TEST(MainWriteFrame, FlagsDecideNotTheExitCode) {
-    ShellHarness h;
-    frmMain &f = h.form();
-    ASSERT_TRUE(f.Form_Load());
-    h.dialogs.prompts.clear();  // the missing tools were reported at start
-    interpretFinishedLines(f);
-    f.ChangeCurrentMode("WRITE CD");
-    // Success printed, then an error exit: the flags say success.
-    f.writeFrame(scripted({"out", "Writing finished successfully\\n", "exit", "1"}));
-    EXPECT_EQ(f.txtStatus->text().left(29).toStdString(), "Writing finished successfully");
-    EXPECT_EQ(h.sounds.played, std::vector<std::string>{"SystemAsterisk"});
-
-    // Exit code 0 and no word of success: errors logged.
-    f.writeFrame(scripted({"out", "something else\\n"}));
-    EXPECT_EQ(f.txtStatus->text().toStdString(), "There were some errors, please consult the log.");
-    EXPECT_TRUE(h.dialogs.prompts.empty()) << "no box without Confirm Write";
-}
-
-TEST(MainWriteFrame, EraseAndCancel) {
-    ShellHarness h;
-    frmMain &f = h.form();
-    ASSERT_TRUE(f.Form_Load());
-    h.dialogs.prompts.clear();  // the missing tools were reported at start
-    interpretFinishedLines(f);
-    f.ChangeCurrentMode("ERASE CD");
-    f.mnuConfirmWrite->setChecked(true);
-    f.writeFrame(scripted({"out", "Blanking finished successfully\\n"}));
-    EXPECT_TRUE(h.dialogs.prompts.empty()) << "erasing has no result box";
-    f.mnuConfirmWrite->setChecked(false);
-    f.writeFrame(scripted({"out", "Blanking finished successfully\\n"}));
-    EXPECT_TRUE(h.sounds.played.empty()) << "nor a sound";
-
-    // Cancel: the second click on the button while the tool runs.
-    f.ChangeCurrentMode("WRITE CD");
+TEST_F(Main, CancelIsTheSecondClick) {
+    f.ChangeCurrentMode(Mode::WriteCD);
     bool clicked = false;
     f.runner.objDOS.nullOutputs = [&] {
         if (!clicked && f.cmdWrite->text() == "&Cancel") {
@@ -218,45 +236,56 @@ TEST(MainWriteFrame, EraseAndCancel) {
     EXPECT_EQ(f.cmdWrite->text(), "&Write");
 }
 
-TEST(MainWriteFrame, CaptionCarriesProgressInWriteModesOnly) {
-    ShellHarness h;
-    frmMain &f = h.form();
-    ASSERT_TRUE(f.Form_Load());
-    h.dialogs.prompts.clear();  // the missing tools were reported at start
+TEST_F(Main, TheCaptionCarriesTheProgressOfARunningWriteOnly) {
     f.ProgressBar1->setRange(0, 200);
     f.ProgressBar1->setValue(84);
-    f.ChangeCurrentMode("READ CD");
-    f.setStatus("Reading");
+    f.ChangeCurrentMode(Mode::AudioCD);
+    f.enableControls(false, false);
+    f.setStatus("Checking for writable media...");
+    f.enableControls(true, false);
+    EXPECT_EQ(f.windowTitle(), "saltmarrow") << "a check before the write is no write";
+
+    std::vector<QString> captions;
+    QObject::connect(f.txtStatus, &QLineEdit::textChanged, [&] { captions.push_back(f.windowTitle()); });
+    f.ChangeCurrentMode(Mode::WriteCD);
+    f.writeFrame(scripted({"out", "Wrote 84 of 200 MB\\n"}));
+    EXPECT_NE(std::find(captions.begin(), captions.end(), "42% saltmarrow"), captions.end());
     EXPECT_EQ(f.windowTitle(), "saltmarrow");
-    f.ChangeCurrentMode("AUDIO CD");
-    f.setStatus("Idle in a write mode");
-    EXPECT_EQ(f.windowTitle(), "saltmarrow") << "only while the job runs";
+    f.ChangeCurrentMode(Mode::ReadCD);
+    captions.clear();
+    f.writeFrame(scripted({"out", "x\\n"}));
+    EXPECT_TRUE(
+        std::all_of(captions.begin(), captions.end(), [](const QString &c) { return c == "saltmarrow"; }));
+}
+
+TEST_F(Main, AClickOnTheStatusBarFoldsTheSettings) {
+    f.show();
+    for (bool open : {true, false}) {
+        QMouseEvent press(QEvent::MouseButtonRelease, QPointF(3, 3), QPointF(3, 3), Qt::LeftButton,
+                          Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(f.sbPanel[open ? 1 : 4], &press);
+        EXPECT_EQ(f.mnuDeviceSettings->isChecked(), open);
+        EXPECT_EQ(f.settingsArea->isVisible(), open);
+    }
     f.enableControls(false, true);
-    f.setStatus("Wrote 84 of 200 MB");
-    EXPECT_EQ(f.windowTitle(), "42% saltmarrow");
+    QMouseEvent busy(QEvent::MouseButtonRelease, QPointF(3, 3), QPointF(3, 3), Qt::LeftButton, Qt::LeftButton,
+                     Qt::NoModifier);
+    QApplication::sendEvent(f.sbPanel[0], &busy);
+    EXPECT_FALSE(f.mnuDeviceSettings->isChecked()) << "not while a job runs";
     f.enableControls(true, false);
 }
 
-TEST(MainShutdown, TempFolderQuestion) {
-    ShellHarness h;
-    frmMain &f = h.form();
-    ASSERT_TRUE(f.Form_Load());
+TEST_F(Main, ShutdownAsksAboutTheTemporaryFolder) {
     TempDir temp;
     const std::string project = temp.file("project");
     f.settings.setText("TempFolder", project);
     std::filesystem::create_directories(project + "/sub");
-    writeFile(project + "/sub/track01.wav", "RIFF");
-
-    h.dialogs.answer(mb::Cancel);
-    EXPECT_FALSE(f.queryUnload());
-    EXPECT_TRUE(std::filesystem::exists(project + "/sub/track01.wav"));
-    EXPECT_EQ(h.dialogs.prompts.back().text, "Delete tempory folder: " + project + "?");
-    EXPECT_EQ(h.dialogs.prompts.back().style, 35);
 
     h.dialogs.answer(mb::No);
     EXPECT_TRUE(f.queryUnload());
     EXPECT_TRUE(std::filesystem::exists(project));
-
+    EXPECT_EQ(h.dialogs.prompts.back().text, "Delete tempory folder: " + project + "?");
+    EXPECT_EQ(h.dialogs.prompts.back().style, 35);
     h.dialogs.answer(mb::Yes);
     EXPECT_TRUE(f.queryUnload());
     EXPECT_FALSE(std::filesystem::exists(project));
@@ -267,41 +296,76 @@ TEST(MainShutdown, TempFolderQuestion) {
     h.dialogs.answer(mb::Cancel);
     f.close();
     EXPECT_TRUE(f.isVisible());
-    EXPECT_TRUE(f.formLoaded);
+    EXPECT_TRUE(std::filesystem::exists(project));
     h.dialogs.answer(mb::No);
     f.close();
     EXPECT_FALSE(f.isVisible());
     EXPECT_FALSE(f.formLoaded);
 }
 
-TEST(MainLogWindow, UserCloseOnlyHidesAndAppendsStayAtTheEnd) {
-    ShellHarness h;
-    frmMain &f = h.form();
-    ASSERT_TRUE(f.Form_Load());
+TEST_F(Main, TheLogWindow) {
     f.show();
     f.mnuLog->trigger();
     ASSERT_TRUE(f.log->isVisible());
     EXPECT_EQ(f.log->windowTitle(), "  Command Log");
     EXPECT_EQ(f.log->frameGeometry().top(), f.frameGeometry().top() + f.frameGeometry().height());
+    EXPECT_TRUE(QFontInfo(f.log->txtOutputs->font()).fixedPitch()) << "the tools' columns line up";
+    f.log->setLogFont("No Such Font Family", 11);
+    EXPECT_TRUE(QFontInfo(f.log->txtOutputs->font()).fixedPitch());
+    EXPECT_EQ(f.log->txtOutputs->font().pointSizeF(), 11);
     f.log->close();
     EXPECT_FALSE(f.log->isVisible());
     EXPECT_FALSE(f.mnuLog->isChecked());
 
-    for (int i = 0; i < 100000; ++i) f.log->appendLine(QString("line %1").arg(i));
-    EXPECT_EQ(f.log->txtOutputs->blockCount(), 100000);
+    for (int i = 0; i < 1000; ++i) f.log->appendLine(QString("line %1").arg(i));
     EXPECT_TRUE(f.log->txtOutputs->textCursor().atEnd());
     EXPECT_EQ(f.log->mnuCopyAll->shortcut().toString(), "Ctrl+Shift+C");
-    EXPECT_EQ(f.log->mnuFont->shortcut().toString(), "Ctrl+F");
 }
 
-TEST(MainInstances, SecondStartHandsItsArgumentOver) {
+TEST_F(Main, HelpDonationAboutAndTheOpenDialog) {
+    f.mnuHelpContents->trigger();
+    f.mnuDonate->trigger();
+    f.mnuDonate2->trigger();
+    EXPECT_EQ(h.opened,
+              (std::vector<std::string>{h.appDir() + "/help/index.html", h.appDir() + "/help/donate.html",
+                                        h.appDir() + "/help/donate.html"}));
+    EXPECT_TRUE(std::filesystem::exists(sourcePath("resources/help/donate.html")));
+
+    for (Qt::Key key : {Qt::Key_Escape, Qt::Key_Return}) {
+        f.mnuAbout->trigger();
+        auto *about = f.findChild<frmAbout *>("frmAbout");
+        ASSERT_NE(about, nullptr);
+        QPointer<frmAbout> alive(about);
+        QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier);
+        QApplication::sendEvent(about->cmdOK, &press);
+        settle();
+        EXPECT_TRUE(alive.isNull() || !alive->isVisible()) << "the About box closes on " << key;
+        QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+
+    // The open dialog starts where the last image was, this run and the next.
+    TempDir images;
+    writeFile(images.file("disc.iso"), std::string(2048 * 20, '\0'));
+    h.dialogs.answer(images.file("disc.iso"));
+    f.mnuLoad->trigger();
+    EXPECT_EQ(f.slot.lastFolder, images.path());
+    h.dialogs.cancelNext();
+    f.mnuLoad->trigger();
+    EXPECT_EQ(h.dialogs.prompts.back().request.folder, images.path());
+    EXPECT_EQ(h.dialogs.prompts.back().request.filter, "Image Files (*.cue;*.toc;*.iso)|*.cue;*.toc;*.iso");
+    f.settings.setText("TempFolder", "");
+    f.close();
+    EXPECT_NE(readFile(h.appDir() + "/saltmarrow.ini").find("\r\nMRUWrite=" + images.path() + "\r\n"),
+              std::string::npos);
+    EXPECT_TRUE(h.errors.reports.empty());
+}
+
+TEST(MainInstances, ASecondStartHandsItsArgumentOver) {
     TempDir app;
     auto first = ShellHarness::inFolder(app.path(), "", true);
     ASSERT_TRUE(first->form().Form_Load());
     EXPECT_FALSE(first->form().secondInstance);
 
-    std::vector<std::string> received;
-    // parseCommand runs on the first instance with what the second sent.
     auto second = ShellHarness::inFolder(app.path(), "-i \"/tmp/my disc.cue\"", true);
     EXPECT_FALSE(second->form().Form_Load());
     EXPECT_TRUE(waitFor([&] { return first->form().commandLine == "-i \"/tmp/my disc.cue\""; }));
@@ -311,35 +375,16 @@ TEST(MainInstances, SecondStartHandsItsArgumentOver) {
     EXPECT_FALSE(third->form().Form_Load());
     EXPECT_TRUE(waitFor([&] { return first->form().commandLine.empty(); }));
 
-    // With the marker file it starts beside the first, without a command log.
+    // With the marker file it starts beside the first, without a command log;
+    // a named file still goes over.
     writeFile(app.path() + "/multi.instance", "");
     auto fourth = ShellHarness::inFolder(app.path(), "", true);
     ASSERT_TRUE(fourth->form().Form_Load());
     EXPECT_TRUE(fourth->form().secondInstance);
     EXPECT_TRUE(fourth->form().commandExecute(scripted({"out", "from the second\\n"})));
     EXPECT_FALSE(fourth->form().runner.log.isOpen());
-    EXPECT_TRUE(first->errors.reports.empty());
-}
-
-TEST(MainInstances, ANamedFileGoesOverEvenWithTheMarker) {
-    TempDir app;
-    writeFile(app.path() + "/multi.instance", "");
-    auto first = ShellHarness::inFolder(app.path(), "", true);
-    ASSERT_TRUE(first->form().Form_Load());
-    auto second = ShellHarness::inFolder(app.path(), "/tmp/x.iso", true);
-    EXPECT_FALSE(second->form().Form_Load());
+    auto fifth = ShellHarness::inFolder(app.path(), "/tmp/x.iso", true);
+    EXPECT_FALSE(fifth->form().Form_Load());
     EXPECT_TRUE(waitFor([&] { return first->form().commandLine == "/tmp/x.iso"; }));
-}
-
-TEST(MainHandlers, ErrorsOfAHandlerGoToTheReport) {
-    ShellHarness h;
-    frmMain &f = h.form();
-    ASSERT_TRUE(f.Form_Load());
-    f.mnuHelpContents->trigger();
-    EXPECT_EQ(h.opened, std::vector<std::string>{h.appDir() + "/help/index.html"});
-    h.dialogs.cancelNext();
-    f.mnuLoad->trigger();
-    EXPECT_EQ(h.dialogs.prompts.back().kind, "open");
-    EXPECT_EQ(h.dialogs.prompts.back().request.filter, "Image Files (*.cue;*.toc;*.iso)|*.cue;*.toc;*.iso");
-    EXPECT_TRUE(h.errors.reports.empty());
+    EXPECT_TRUE(first->errors.reports.empty());
 }

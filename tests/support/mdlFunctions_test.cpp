@@ -58,7 +58,6 @@ TEST(Strings, ReplaceSplitJoin) {
     EXPECT_EQ(Split("1|a||b", "|"), (std::vector<std::string>{"1", "a", "", "b"}));
     EXPECT_EQ(Split("a|", "|"), (std::vector<std::string>{"a", ""}));
     EXPECT_EQ(Join({"a", "", "b"}, "|"), "a||b");
-    EXPECT_EQ(quoteString("C:/a b"), "\"C:/a b\"");
 }
 
 TEST(Numbers, ValIsLenient) {

@@ -10,23 +10,8 @@ class DriveLayer;
 
 namespace saltmarrow::test {
 
-// The state file of one fake CD writer (a Plextor on 0,1,0 / 1,0,0) whose
-// inserted disc is medium; extra lines go into its section.
-std::string fakeWriter(const std::string &medium, bool blank, const std::string &extra = {});
-// A reader without a disc (a Lite-On DVD-ROM on 0,2,0 / 1,1,0).
-std::string fakeReader();
-
-// Makes the program address drives as the Windows tools do, for the fake's
-// Windows personality, and returns that layer.
-const platform::DriveLayer &useWindowsDriveLayer();
-
-// Puts the fake drive under the tools' names into <appDir>/external (once),
-// the real genisoimage as mkisofs, writes its state file and chooses the
-// Windows drive layer.
-void installFakeDrive(const std::string &appDir, const std::string &state);
-
-// One drive of the fake's Linux personality: what the scan, drive-info and
-// the kernel's CD-ROM table say of it, and the disc in it.
+// One drive of the fake (tests/fixtures/fakedrive): what the scan,
+// drive-info and the kernel's CD-ROM table say of it, and the disc in it.
 struct LinuxDrive {
     std::string path = "/dev/sr0";
     std::string vendor = "HL-DT-ST";
@@ -37,20 +22,28 @@ struct LinuxDrive {
     bool writesDVD = true;       // "Can write DVD-R"
     long maxWriteKbs = 7056;     // "Maximum writing speed: %d kB/s"
     bool burnProof = true;       // "BurnProof supported: yes"
-    std::string medium = "n/a";  // as the Windows personality names it; "a;b" changes per call
+    std::string medium = "n/a";  // CD-R, DVD+R, ...; "a;b" changes per query
     std::string extra;           // further state lines of its section
 };
 
+// A CD writer with disc in it ("blank = yes\n...") and a DVD reader.
+LinuxDrive cdWriter(const std::string &medium, const std::string &disc);
+LinuxDrive dvdReader();
+inline const std::string kBlankCDR = "blank = yes\nappendable = no\nrewritable = no\ncapacity = 359849\n";
+inline const std::string kUsedCDRW = "blank = no\nappendable = no\nrewritable = yes\ncapacity = 359849\n";
+
 // The state file and the kernel table of the drives; global lines go first.
-std::string linuxState(const std::vector<LinuxDrive> &drives, const std::string &global = {});
+std::string fakeState(const std::vector<LinuxDrive> &drives, const std::string &global = {});
 std::string kernelCdromTable(const std::vector<LinuxDrive> &drives);
 
-// installFakeDrive for the Linux personality: also links the fake as
-// dvd+rw-mediainfo, writes the kernel table to <appDir>/external/cdrom.info
-// and makes the program use a Linux drive layer that reads it. Returns it.
-const platform::DriveLayer &installLinuxFakeDrive(const std::string &appDir,
-                                                  const std::vector<LinuxDrive> &drives,
-                                                  const std::string &global = {});
+// Puts the fake under the tools' names into <appDir>/external (once), the
+// real genisoimage as mkisofs, writes its state file and a kernel table
+// beside it, and makes the program use a drive layer that reads that table.
+const platform::DriveLayer &installFakeDrive(const std::string &appDir, const std::vector<LinuxDrive> &drives,
+                                             const std::string &global = {});
+// The command lines the fake was started with in appDir, oldest first; only
+// those that start with prefix, if one is given.
+std::vector<std::string> fakeCalls(const std::string &appDir, const std::string &prefix = {});
 
 }  // namespace saltmarrow::test
 

@@ -5,10 +5,10 @@
 #include <string>
 #include <vector>
 
-#include "platform/Dialogs.h"
-#include "platform/Sounds.h"
 #include "shell/frmMain.h"
 #include "support/ErrorReport.h"
+#include "testlib/RecordingSounds.h"
+#include "testlib/ScriptedDialogs.h"
 #include "testlib/TestSupport.h"
 
 namespace saltmarrow::test {
@@ -34,8 +34,8 @@ public:
     frmMain &form() { return *form_; }
     const std::string &appDir() const { return appDir_; }
 
-    platform::ScriptedDialogs dialogs;
-    platform::RecordingSounds sounds;
+    ScriptedDialogs dialogs;
+    RecordingSounds sounds;
     RecordingErrorReporter errors;
     int terminated = 0;
     std::vector<std::string> opened;

@@ -1,12 +1,16 @@
 #include "testlib/TestSupport.h"
 
-#include <cstdlib>
 #include <dirent.h>
+#include <unistd.h>
+
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <stdexcept>
-#include <unistd.h>
+
+#include "platform/ChildProcess.h"
+#include "platform/CommandLine.h"
 
 namespace saltmarrow::test {
 
@@ -23,7 +27,8 @@ TempDir::TempDir() {
 TempDir::~TempDir() {
     std::error_code ec;
     // Tests may leave read-only folders behind; open them up before removing.
-    for (auto it = fs::recursive_directory_iterator(path_, ec); it != fs::recursive_directory_iterator(); ++it)
+    for (auto it = fs::recursive_directory_iterator(path_, ec); it != fs::recursive_directory_iterator();
+         ++it)
         fs::permissions(it->path(), fs::perms::owner_all, fs::perm_options::add, ec);
     fs::remove_all(path_, ec);
 }
@@ -40,7 +45,9 @@ void writeFile(const std::string &path, const std::string &bytes) {
     out << bytes;
 }
 
-std::string fixture(const std::string &name) { return std::string(SALTMARROW_FIXTURE_DIR) + "/" + name; }
+std::string fixture(const std::string &name) {
+    return std::string(SALTMARROW_FIXTURE_DIR) + "/" + name;
+}
 
 std::string sourcePath(const std::string &relative) {
     return std::string(SALTMARROW_SOURCE_DIR) + "/" + relative;
@@ -76,6 +83,22 @@ bool haveProgram(const std::string &name) {
     while (std::getline(dirs, dir, ':'))
         if (access((dir + "/" + name).c_str(), X_OK) == 0) return true;
     return false;
+}
+
+ToolResult runTool(const std::vector<std::string> &arguments, const std::string &folder) {
+    std::string line;
+    for (const std::string &a : arguments) line += (line.empty() ? "" : " ") + platform::quoteArgument(a);
+    ToolResult result;
+    platform::ChildProcess process;
+    if (!process.start(line, folder)) return result;
+    char buffer[4096];
+    for (;;) {
+        const bool ended = process.waitFor(50);
+        for (int n; (n = process.read(buffer, sizeof buffer)) > 0;) result.output.append(buffer, n);
+        if (ended) break;
+    }
+    result.exitCode = process.exitCode();
+    return result;
 }
 
 }  // namespace saltmarrow::test

@@ -37,6 +37,15 @@ bool processAlive(int pid);
 // True if a program of that name is on PATH.
 bool haveProgram(const std::string &name);
 
+// Runs a program without a shell, in folder (empty: the current one): its
+// exit code and what it printed on either stream. Each argument is passed
+// as it stands.
+struct ToolResult {
+    int exitCode = -1;
+    std::string output;
+};
+ToolResult runTool(const std::vector<std::string> &arguments, const std::string &folder = {});
+
 }  // namespace saltmarrow::test
 
 #endif

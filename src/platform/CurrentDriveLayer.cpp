@@ -1,20 +1,16 @@
-#include "platform/DriveLayer.h"
+#include "platform/CurrentDriveLayer.h"
+
+#include "platform/LinuxDriveLayer.h"
 
 namespace saltmarrow::platform {
 
 namespace {
-
 const DriveLayer *g_chosen = nullptr;
-
 }  // namespace
 
 const DriveLayer &driveLayer() {
     if (g_chosen != nullptr) return *g_chosen;
-#ifdef _WIN32
-    static const WindowsDriveLayer layer;
-#else
     static const LinuxDriveLayer layer;
-#endif
     return layer;
 }
 

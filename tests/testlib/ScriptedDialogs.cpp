@@ -1,6 +1,8 @@
-#include "platform/Dialogs.h"
+#include "testlib/ScriptedDialogs.h"
 
-namespace saltmarrow::platform {
+namespace saltmarrow::test {
+
+namespace mb = platform::mb;
 
 namespace {
 template <typename T>
@@ -67,4 +69,4 @@ std::optional<FontChoice> ScriptedDialogs::chooseFont(const FontChoice &current)
     return take<FontChoice>(next());
 }
 
-}  // namespace saltmarrow::platform
+}  // namespace saltmarrow::test

@@ -1,0 +1,287 @@
+// The user's jobs from end to end: the main window with the fake drive in
+// its tools folder, real sheets on disk, the questions answered by script.
+#include <dirent.h>
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QElapsedTimer>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTimer>
+#include <filesystem>
+#include <regex>
+
+#include "devices/frmDeviceInfo.h"
+#include "platform/MediumWatcher.h"
+#include "support/mdlFunctions.h"
+#include "testlib/FakeDrive.h"
+#include "testlib/ShellHarness.h"
+
+using namespace saltmarrow;
+using namespace saltmarrow::test;
+namespace mb = saltmarrow::platform::mb;
+
+namespace {
+
+LinuxDrive dvdWriter(const std::string &medium) {
+    LinuxDrive d;
+    d.path = "/dev/sr1";
+    d.maxWriteKbs = 22160;
+    d.medium = medium;
+    d.extra = "blank = yes\nrewritable = yes\n";
+    return d;
+}
+
+// The program and its images stand in folders whose names hold shell syntax
+// and a line end: no command may split there or start anything else.
+struct Jobs : ::testing::Test {
+    TempDir root;
+    const std::string awkward = "x\" | touch PWNED \"y \\\" $(touch PWNED) ;\nz";
+    const std::string app = root.file(awkward + "/app"), images = root.file(awkward);
+    std::unique_ptr<ShellHarness> h;
+
+    void start(const std::vector<LinuxDrive> &drives, const std::string &commandLine = {},
+               const std::string &global = {}, bool single = false) {
+        installFakeDrive(app, drives, global);
+        h = ShellHarness::inFolder(app, commandLine, single);
+        ASSERT_TRUE(h->form().Form_Load());
+        ASSERT_TRUE(h->errors.reports.empty()) << h->errors.reports.front();
+        h->dialogs.prompts.clear();
+    }
+    void TearDown() override {
+        for (const std::string &folder : {app + "/external", images})
+            EXPECT_FALSE(std::filesystem::exists(folder + "/PWNED"));
+    }
+    frmMain &f() { return h->form(); }
+    std::string cue(const std::string &name, std::size_t sectors) {
+        std::filesystem::create_directories(images);
+        writeFile(images + "/" + name + ".bin", std::string(sectors * 2352, '\x11'));
+        writeFile(images + "/" + name + ".cue",
+                  "FILE \"" + name + ".bin\" BINARY\r\n  TRACK 01 MODE1/2352\r\n    INDEX 01 00:00:00\r\n");
+        return images + "/" + name + ".cue";
+    }
+    void load(const std::string &path) {
+        f().commandLine = "-i \"" + path + "\"";
+        f().parseCommand();
+    }
+    std::vector<std::string> calls(const std::string &prefix) { return fakeCalls(app, prefix); }
+    std::string status() { return f().txtStatus->text().toStdString(); }
+    // Every drive address the program handed a tool is a device path the scan gave.
+    void expectOnlyDevicePaths() {
+        static const std::regex argument(R"((--device) (\S+)|dev=(\S+)|^dvd\+rw-mediainfo (\S+))");
+        int seen = 0;
+        for (const auto &line : calls(""))
+            for (std::sregex_iterator it(line.begin(), line.end(), argument), end; it != end; ++it, ++seen) {
+                const std::string address = (*it)[2].matched   ? (*it)[2]
+                                            : (*it)[3].matched ? (*it)[3]
+                                                               : (*it)[4];
+                EXPECT_TRUE(std::regex_match(address, std::regex("/dev/sr[0-2]"))) << line;
+            }
+        EXPECT_GT(seen, 0);
+    }
+};
+
+std::vector<std::string> items(QComboBox *box) {
+    std::vector<std::string> out;
+    for (int i = 0; i < box->count(); ++i) out.push_back(box->itemText(i).toStdString());
+    return out;
+}
+
+}  // namespace
+
+TEST_F(Jobs, StartUpFindsTheDrivesAndWhatTheyAre) {
+    start({cdWriter("CD-R", kBlankCDR), dvdWriter("DVD+R"), dvdReader()});
+    EXPECT_EQ(items(f().cmbReaderDevice), (std::vector<std::string>{"/dev/sr0: PLEXTOR, CD-R   PX-W4012A",
+                                                                    "/dev/sr1: HL-DT-ST, DVDRAM GH24NSB0",
+                                                                    "/dev/sr2: ASUS, DVD: E818A9T"}));
+    EXPECT_EQ(items(f().cmbWriterDevice), (std::vector<std::string>{"/dev/sr0: PLEXTOR, CD-R   PX-W4012A",
+                                                                    "/dev/sr1: HL-DT-ST, DVDRAM GH24NSB0"}));
+    const DeviceInfo &cd = f().deviceState.devices.item(0);
+    EXPECT_EQ(cd.WriteSpeeds, "40x,32x,24x,20x,16x,12x,10x,8x,6x,4x,2x,1x");
+    EXPECT_EQ(cd.WriteFeatures, "CD-R CD-RW MRW-WRITE ");
+    EXPECT_EQ(cd.LastMediaType, "CD-R");
+    EXPECT_EQ(items(f().cmbSpeed).front(), "40x");
+    EXPECT_EQ(f().deviceState.devices.item(1).WriteSpeeds, "16x,12x,10x,8x,6x,4x,2x,1x") << "DVD steps";
+    EXPECT_EQ(f().deviceState.devices.item(1).LastMediaType, "DVD+R");
+    EXPECT_FALSE(f().deviceState.devices.item(2).isWriter);
+    // One scan; DVD drives are asked by dvd+rw-mediainfo, a CD-only writer by disk-info.
+    EXPECT_EQ(calls("cdrdao scanbus"), std::vector<std::string>{"cdrdao scanbus"});
+    EXPECT_TRUE(calls("dvd+rw-mediainfo /dev/sr0").empty());
+    EXPECT_FALSE(calls("dvd+rw-mediainfo /dev/sr1").empty());
+    EXPECT_FALSE(calls("cdrdao disk-info --device /dev/sr0").empty());
+    expectOnlyDevicePaths();
+
+    // Device info shows the writer.
+    f().show();
+    f().mnuDeviceInfo->trigger();
+    ASSERT_TRUE(f().deviceInfoForm);
+    EXPECT_TRUE(f().deviceInfoForm->isVisible());
+    EXPECT_EQ(f().deviceInfoForm->lblFirmwareValue->text(), "1.01");
+}
+
+TEST_F(Jobs, NoDriveIsSaid) {
+    start({}, {}, "sysfs = missing\n");
+    EXPECT_EQ(f().cmbReaderDevice->count(), 0);
+    EXPECT_EQ(status(), "Could not find any host adapters.");
+    h->dialogs.answer(mb::OK);
+    f().cmdWrite->click();
+    EXPECT_EQ(h->dialogs.prompts.back().text, "Please select a Write Device.");
+    EXPECT_TRUE(f().mnuDeviceSettings->isChecked()) << "the settings open to choose one";
+}
+
+TEST_F(Jobs, ACueImageOntoABlankCD) {
+    LinuxDrive writer = cdWriter("CD-R", kBlankCDR);
+    writer.extra += "drive_buffer = yes\n";
+    start({writer});
+    const std::string image = cue("My Disc", 3000);
+    load(image);
+    EXPECT_EQ(f().sbPanel[0]->text(), "MY DISC");
+    f().mnuConfirmWrite->setChecked(true);
+    f().chkDelImage->setChecked(true);
+    h->dialogs.answer(mb::OK);  // the figures
+    h->dialogs.answer(mb::OK);  // the result
+    h->dialogs.answer(mb::No);  // keep the image
+    f().cmdWrite->click();
+
+    ASSERT_EQ(h->dialogs.prompts.size(), 3u);
+    // A cue sheet counts as its own size until cdrdao writes it; the room is counted in its blocks.
+    EXPECT_EQ(h->dialogs.prompts[0].text, "0 MB to be written to disc (807 MB free).");
+    EXPECT_EQ(h->dialogs.prompts[2].text, "Please confirm deletion of Image Files");
+    EXPECT_EQ(status().substr(0, 40), "Writing finished successfully after 00mi");
+    EXPECT_TRUE(std::filesystem::exists(image));
+    const auto writes = calls("cdrdao write");
+    ASSERT_EQ(writes.size(), 1u);
+    EXPECT_NE(writes[0].find(" --device /dev/sr0 --driver generic-mmc:0x0 "), std::string::npos) << writes[0];
+    EXPECT_NE(writes[0].find(vb::Replace(image, "\n", "\\n")), std::string::npos) << "whole, unsplit";
+    const std::string log = readFile(app + "/external/TEMP/commandlog.txt");
+    EXPECT_NE(log.find("Wrote 7 of 7 MB (Buffers 100%  97%)"), std::string::npos)
+        << "the fake read every byte";
+    EXPECT_EQ(f().currentMode, Mode::WriteCD);
+    EXPECT_EQ(f().cmdWrite->text(), "&Write");
+    expectOnlyDevicePaths();
+}
+
+TEST_F(Jobs, CancelDuringTheWriteLeavesNoToolBehind) {
+    LinuxDrive writer = cdWriter("CD-R", kBlankCDR + "hang = write\n");
+    start({writer});
+    load(cue("data", 400));
+    bool clicked = false;
+    auto original = f().runner.objDOS.nullOutputs;
+    f().runner.objDOS.nullOutputs = [&] {
+        original();
+        if (!clicked && f().cmdWrite->text() == "&Cancel" && !calls("cdrdao write").empty()) {
+            clicked = true;
+            f().cmdWrite->click();
+        }
+    };
+    f().cmdWrite->click();
+    EXPECT_TRUE(clicked);
+    EXPECT_TRUE(f().writeCancelled);
+    EXPECT_EQ(status(), "Write Operation Cancelled.");
+    bool alive = false;
+    DIR *proc = opendir("/proc");
+    while (dirent *e = readdir(proc)) {
+        const int pid = std::atoi(e->d_name);
+        if (pid > 0 && readFile("/proc/" + std::to_string(pid) + "/cmdline").find(app) != std::string::npos &&
+            processAlive(pid))
+            alive = true;
+    }
+    closedir(proc);
+    EXPECT_FALSE(alive);
+}
+
+TEST_F(Jobs, TheCommandLineStartsTheWriteOnceTheWindowShows) {
+    const std::string image = cue("start", 500);
+    start({cdWriter("CD-R", kBlankCDR)}, "-w \"" + image + "\"");
+    EXPECT_TRUE(calls("cdrdao write").empty());
+    f().show();
+    QCoreApplication::processEvents();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(calls("cdrdao write").size(), 1u);
+    EXPECT_EQ(status().substr(0, 29), "Writing finished successfully");
+}
+
+TEST_F(Jobs, AUsedRewritableIsErasedOnOfferThenWritten) {
+    start({cdWriter("CD-RW", kUsedCDRW)});
+    load(cue("data", 400));
+    int offers = 0;
+    std::function<void()> answer = [&] {
+        QWidget *dialog = QApplication::activeModalWidget();
+        if (!dialog || dialog->objectName() != "frmEraseCD") return QTimer::singleShot(20, answer);
+        ++offers;
+        dialog->findChild<QPushButton *>("cmdErase")->click();
+    };
+    QTimer::singleShot(20, answer);
+    f().cmdWrite->click();
+    EXPECT_EQ(offers, 1) << "the erased disc is blank: no second offer";
+    const auto blanks = calls("cdrdao blank");
+    ASSERT_EQ(blanks.size(), 1u);
+    EXPECT_EQ(blanks[0],
+              "cdrdao blank --device /dev/sr0 --driver generic-mmc:0x0 --reload --blank-mode minimal");
+    EXPECT_EQ(calls("cdrdao write").size(), 1u) << "the erased disc was read again and written";
+    EXPECT_EQ(status().substr(0, 29), "Writing finished successfully");
+    EXPECT_TRUE(h->errors.reports.empty());
+}
+
+TEST_F(Jobs, EraseFromTheMenuByTheRightTool) {
+    start({cdWriter("CD-RW", kUsedCDRW), dvdWriter("DVD-RW")});
+    for (int writer : {0, 1}) {
+        f().cmbWriterDevice->setCurrentIndex(writer);
+        QTimer::singleShot(20, [this] {
+            auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
+            ASSERT_NE(dialog, nullptr);
+            dialog->findChild<QCheckBox *>("chkMinimal")->setChecked(false);
+            dialog->findChild<QPushButton *>("cmdErase")->click();
+        });
+        f().mnuErase->trigger();
+        EXPECT_EQ(f().currentMode, Mode::None);
+    }
+    // The DVD writer's blank runs under the DVD task, whose reading knows no
+    // blanking time: only the CD's blank reads as a success.
+    EXPECT_FALSE(f().writeSucceeded);
+    EXPECT_NE(readFile(app + "/external/TEMP/commandlog.txt").find("Blanking time: 480 seconds"),
+              std::string::npos);
+    EXPECT_EQ(calls("cdrdao blank"),
+              std::vector<std::string>{
+                  "cdrdao blank --device /dev/sr0 --driver generic-mmc:0x0 --reload --blank-mode full"});
+    EXPECT_EQ(calls("dvdrecord"), std::vector<std::string>{"dvdrecord blank=all dev=/dev/sr1 gracetime=0"});
+    EXPECT_TRUE(h->dialogs.prompts.empty()) << "erasing has no result box";
+}
+
+// A second start with "-w" writes from the event loop. Medium changes and a
+// second start with "-i" during that write wait for its end: the write keeps
+// its image, the drive is read once, then the new image is loaded.
+TEST_F(Jobs, WhatArrivesDuringAWriteWaitsForItsEnd) {
+    start({cdWriter("CD-R", kBlankCDR + "write_delay_ms = 60\n")}, {}, {}, true);
+    f().showSettings(false);  // so that the write asks the drive only as it starts
+    // A sheet cannot name its data in a folder whose name holds a quote.
+    writeFile(root.file("data.bin"), std::string(8 << 20, 'x'));
+    const std::string first = images + "/first.toc", second = images + "/second.toc";
+    for (auto &toc : {first, second})
+        writeFile(toc, "CD_ROM\nTRACK MODE1\nDATAFILE \"" + root.file("data.bin") + "\"\n");
+    std::unique_ptr<ShellHarness> later;
+    std::string written;
+    const auto interpret = f().runner.objDOS.ReceiveOutputs;
+    f().runner.objDOS.ReceiveOutputs = [&](const std::string &line) {
+        interpret(line);
+        if (line.find("Wrote 2 of") == 0 && !later) {
+            for (int event : {platform::DBT_DEVICEREMOVECOMPLETE, platform::DBT_DEVICEARRIVAL})
+                f().findChild<platform::MediumWatcher *>()->deviceChange(event);
+            later = ShellHarness::inFolder(app, "-i \"" + second + "\"", true);
+            EXPECT_FALSE(later->form().Form_Load());
+        }
+        if (line.find("Writing finished successfully") == 0) written = f().slot.strFilename;
+    };
+    EXPECT_FALSE(ShellHarness::inFolder(app, "-w \"" + first + "\"", true)->form().Form_Load());
+    QElapsedTimer t;
+    for (t.start(); f().slot.strFilename != second && t.elapsed() < 20000;) QCoreApplication::processEvents();
+    EXPECT_EQ(written, first);
+    const auto log = calls("");
+    const auto write =
+        std::find_if(log.begin(), log.end(), [](auto &l) { return l.find("cdrdao write") == 0; });
+    EXPECT_EQ(std::count_if(write, log.end(), [](auto &l) { return l.find("cdrdao drive-info") == 0; }), 1)
+        << "read once";
+}
