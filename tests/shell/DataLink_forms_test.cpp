@@ -4,13 +4,18 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QCheckBox>
 #include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
 #include <QTreeView>
 #include <QTreeWidget>
 #include <filesystem>
 
 #include "data/DataListModel.h"
 #include "data/frmDataCD.h"
+#include "data/frmISOSettings.h"
+#include "testlib/FakeDrive.h"
 #include "testlib/ShellHarness.h"
 
 using namespace saltmarrow;
@@ -56,3 +61,147 @@ TEST(DataLink, MenuEntriesOpenTheirKindAndGuardTheProject) {
     EXPECT_EQ(main.findChildren<frmDataCD *>().size(), 1);
     EXPECT_TRUE(shell.errors.reports.empty());
 }
+
+namespace {
+
+// A data project of src, burnt with Auto Write: the data form hands it to
+// the main window, which pipes the real genisoimage into the fake drive.
+// The drive's path is a file, so that -M reads a first session from it.
+struct DataDiscs : ::testing::Test {
+    TempDir root;
+    const std::string app = root.file("app"), src = root.file("src"), disc = root.file("disc");
+    const std::string kept = app + "/external/fakedrive.state.received";
+    std::unique_ptr<ShellHarness> h;
+    frmDataCD *form = nullptr;
+
+    void start(LinuxDrive drive, bool dvd) {
+        drive.path = disc;
+        std::filesystem::create_directories(src + "/My=Docs");
+        writeFile(src + "/My=Docs/a.txt", "first");
+        writeFile(src + "/Grüße.txt", std::string(1500000, 'g'));
+        installFakeDrive(app, {drive});
+        h = ShellHarness::inFolder(app, {}, false);
+        ASSERT_TRUE(h->form().Form_Load());
+        (dvd ? h->form().mnuDataDVD : h->form().mnuDataCD)->trigger();
+        form = h->form().findChild<frmDataCD *>();
+        form->mnuAutoWrite->setChecked(true);
+    }
+    void burn(const std::string &folder = {}) {
+        h->dialogs.prompts.clear();
+        if (!folder.empty()) form->job().addFolderContents(folder);
+        form->cmdBurn->click();
+        QCoreApplication::processEvents();
+    }
+    std::string status() { return h->form().txtStatus->text().toStdString(); }
+    std::string listing(const std::string &image, const char *session = "0") {
+        return runTool({"isoinfo", "-R", "-l", "-T", session, "-i", image}).output;
+    }
+    bool toolsAlive() {
+        for (const auto &e : std::filesystem::directory_iterator("/proc")) {
+            const int pid = std::atoi(e.path().filename().c_str());
+            if (pid > 0 && readFile(e.path() / "cmdline").find(app) != std::string::npos && processAlive(pid))
+                return true;
+        }
+        return false;
+    }
+};
+
+TEST_F(DataDiscs, ACDOnTheFlyThenASessionThatImportsIt) {
+    LinuxDrive cd = cdWriter("CD-R", kBlankCDR);
+    cd.path = disc;
+    start(cd, false);
+    burn(src);
+    EXPECT_EQ(status().substr(0, 29), "Writing finished successfully");
+    const auto writes = fakeCalls(app, "cdrdao write");
+    ASSERT_EQ(writes.size(), 1u);
+    EXPECT_NE(writes[0].find(" --device " + disc + " --driver generic-mmc:0x0 "), std::string::npos)
+        << writes[0];
+    const std::string first = readFile(kept);
+    EXPECT_NE(listing(kept).find(" Grüße.txt "), std::string::npos);
+    EXPECT_EQ(runTool({"isoinfo", "-R", "-x", "/My=Docs/a.txt", "-i", kept}).output, "first");
+
+    const std::string next = std::to_string(first.size() / 2048);
+    writeFile(disc, first);
+    cd.extra = "blank = no\nappendable = yes\ncapacity = 359849\nremaining = " +
+               std::to_string(359849 - first.size() / 2048) + "\n";
+    std::filesystem::remove(app + "/external/fakedrive.state.media");
+    installFakeDrive(app, {cd});
+    std::filesystem::create_directories(root.file("more"));
+    writeFile(root.file("more/two.txt"), "second");
+    form->job().ClearList("L2");
+    form->iso()->box(data::IsoBox::Multi)->click();
+    burn(root.file("more"));
+    EXPECT_EQ(status().substr(0, 29), "Writing finished successfully");
+    EXPECT_NE(readFile(app + "/external/TEMP/command.bat").find(" -C 0," + next + " -M " + disc + " -quiet "),
+              std::string::npos);
+    EXPECT_EQ(readFile(app + "/external/TEMP/mkisofs.toc").substr(0, 11), "CD_ROM_XA\r\n");
+    writeFile(root.file("both"), first + readFile(kept));
+    const std::string both = listing(root.file("both"), next.c_str());
+    for (const char *name : {" two.txt ", " Grüße.txt ", " My=Docs "})
+        EXPECT_NE(both.find(name), std::string::npos) << name;
+}
+
+TEST_F(DataDiscs, ADVDOnTheFlyAndCancelledWhileTheWriterWaits) {
+    LinuxDrive dvd;
+    dvd.medium = "DVD+R";
+    dvd.extra = "blank = yes\nhang = dvdrecord\n";
+    start(dvd, true);
+    bool clicked = false;
+    auto original = h->form().runner.objDOS.nullOutputs;
+    h->form().runner.objDOS.nullOutputs = [&] {
+        original();
+        if (!clicked && !fakeCalls(app, "dvdrecord").empty()) {
+            clicked = true;
+            h->form().cmdWrite->click();
+        }
+    };
+    burn(src);
+    EXPECT_TRUE(clicked);
+    EXPECT_EQ(status(), "Write Operation Cancelled.");
+    EXPECT_FALSE(toolsAlive());
+
+    dvd.path = disc;
+    dvd.extra = "blank = yes\n";
+    installFakeDrive(app, {dvd});
+    h->form().mnuConfirmWrite->setChecked(true);
+    form->cmdBurn->click();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(status().substr(0, 29), "Writing finished successfully");
+    ASSERT_EQ(h->dialogs.prompts.size(), 2u);
+    EXPECT_EQ(h->dialogs.prompts[0].text, "2 MB to be written to disc (4483 MB free).");
+    const std::string write = fakeCalls(app, "dvdrecord").back();
+    EXPECT_EQ(write.substr(write.size() - 2), " -") << write;
+    EXPECT_NE(write.find(" -tsize " + std::to_string(readFile(kept).size() / 2048) + "s "),
+              std::string::npos);
+    EXPECT_NE(listing(kept).find(" A.TXT;1 "), std::string::npos);
+}
+
+TEST_F(DataDiscs, RefusalsAndAFullDisc) {
+    const std::string appendable = "blank = no\nappendable = yes\ncapacity = 359849\nremaining = 1000\n";
+    struct Row {
+        std::string disc;
+        bool multi, gone;
+        std::string box, status;
+        std::size_t writes;
+    } rows[] = {
+        {kBlankCDR, true, false, "Inserted medium is not appendable!", "Write Operation Cancelled.", 0},
+        {appendable, false, false, "Inserted medium is not blank!", "Write Operation Cancelled.", 0},
+        {kBlankCDR, false, true, "", "File check failed - please see log.", 0},
+        {kBlankCDR + "full_after_mb = 1\n", false, false, "", "ERROR: Write failed, please consult the log.",
+         1},
+    };
+    for (const Row &r : rows) {
+        start(cdWriter("CD-R", r.disc), false);
+        if (r.multi) form->iso()->box(data::IsoBox::Multi)->click();
+        form->job().addFolderContents(src);
+        if (r.gone) std::filesystem::remove(src + "/My=Docs/a.txt");
+        burn();
+        EXPECT_EQ(status(), r.status) << r.box;
+        EXPECT_EQ(h->dialogs.prompts.empty() ? "" : h->dialogs.prompts.back().text, r.box);
+        EXPECT_EQ(fakeCalls(app, "cdrdao write").size(), r.writes) << r.status;
+        EXPECT_FALSE(toolsAlive());
+        std::filesystem::remove(app + "/external/fakedrive.log");
+    }
+}
+
+}  // namespace
