@@ -116,14 +116,17 @@ DataFormHost DataLink::formHost() {
 }
 
 void DataLink::handOver(const discops::DataDisc &disc, const std::string &label, bool autoWrite) {
-    main_.dataDisc = disc;
-    main_.setStatus(label);
-    main_.sbPanel[0]->setText(QString::fromStdString(label));
-    main_.ChangeCurrentMode(form_->project.blnDVD ? Mode::DataDVD : Mode::DataCD);
-    main_.slot.strFilename.clear();
     form_->hide();
     while (form_->isVisible()) QCoreApplication::processEvents();
-    if (autoWrite) QTimer::singleShot(0, main_.cmdWrite, [m = &main_] { m->cmdWrite->click(); });
+    // A job of the main window finishes with the task it began with.
+    main_.runner.jobs.whenIdle([m = &main_, disc, label, autoWrite, dvd = form_->project.blnDVD] {
+        m->dataDisc = disc;
+        m->setStatus(label);
+        m->sbPanel[0]->setText(QString::fromStdString(label));
+        m->ChangeCurrentMode(dvd ? Mode::DataDVD : Mode::DataCD);
+        m->slot.strFilename.clear();
+        if (autoWrite) QTimer::singleShot(0, m->cmdWrite, [m] { m->cmdWrite->click(); });
+    });
 }
 
 void DataLink::newDataJob(bool isDVD, bool isVideo) {
