@@ -50,14 +50,14 @@ struct IsoBuildHost {
     std::string tempFolder;  // <app>/external/TEMP
     std::string mkisofs;     // strMkisofs
     std::string charset;
-    std::function<void(int ms, const std::vector<int> &fds)> waitForEvents;  // objDOS's wait
-    std::function<void(const std::string &line)> writeCommandLog;
-    std::function<void(Mode mode)> ChangeCurrentMode;
-    std::function<void(int max)> setMainProgressMax;  // frmMain.ProgressBar1
-    std::function<std::string(long seconds)> elapsedText;
+    std::function<void(int ms, const std::vector<int> &fds)> waitForEvents{};  // objDOS's wait
+    std::function<void(const std::string &line)> writeCommandLog{};
+    std::function<void(Mode mode)> ChangeCurrentMode{};
+    std::function<void(int max)> setMainProgressMax{};  // frmMain.ProgressBar1
+    std::function<std::string(long seconds)> elapsedText{};
     // The project goes to the main window for its write; label is its task
     // text, autoWrite starts the write at once.
-    std::function<void(const discops::DataDisc &disc, const std::string &label, bool autoWrite)> handOver;
+    std::function<void(const discops::DataDisc &disc, const std::string &label, bool autoWrite)> handOver{};
 };
 
 // The form's side of a click on cmdBurn.
@@ -65,8 +65,8 @@ struct BurnClick {
     bool chkCreateISO = false;
     bool mnuAutoWrite = false;
     bool mnuISOSettings = false;
-    std::function<void()> showIsoSettings;  // modal
-    std::function<IsoSettings()> isoSettings;
+    std::function<void()> showIsoSettings{};  // modal
+    std::function<IsoSettings()> isoSettings{};
 };
 
 // The click on cmdBurn: the path list, the option string, and then either

@@ -1,16 +1,10 @@
 // The path list and the mkisofs options of a data project, without the tool.
-#include "data/IsoBuild.h"
-
 #include <gtest/gtest.h>
 
-#include <filesystem>
-
-#include "testlib/ScriptedDialogs.h"
-#include "testlib/TestSupport.h"
+#include "data/IsoBuild.h"
 
 using namespace saltmarrow;
 using namespace saltmarrow::data;
-namespace fs = std::filesystem;
 
 namespace {
 
@@ -75,47 +69,6 @@ TEST(IsoBuild, OptionsInTheirOrder) {
         if (c.edit) c.edit(in);
         EXPECT_EQ(getIsoCommand(in), c.expected);
     }
-}
-
-// A folder My=Docs holding a.txt, an empty folder and a file in the root,
-// listed into a temporary folder; messages are their keys.
-TEST(IsoBuild, ListInNodeOrderCancelAndEmptyProject) {
-    test::TempDir dir;
-    test::ScriptedDialogs dialogs;
-    DataProject project;
-    DataHost host;
-    host.dialogs = &dialogs;
-    host.message = [](std::string_view key) { return std::string(key); };
-    DataJob job(project, host);
-    Mode mode = Mode::DataCD;
-    IsoBuildHost buildHost;
-    buildHost.tempFolder = dir.path();
-    buildHost.ChangeCurrentMode = [&](Mode m) { mode = m; };
-    IsoBuild build(job, buildHost);
-    test::writeFile(dir.file("a.txt"), "a");
-    test::writeFile(dir.file("r=1"), "r");
-    job.ClearList("L");
-    project.newFolder(project.root(), "Empty");
-    job.loadFolderObjects(project.Key(project.newFolder(project.root(), "My=Docs")));
-    job.addFiles({dir.path(), "a.txt"});
-    job.loadFolderObjects("L");
-    job.addFiles({dir.path(), "r=1"});
-
-    ASSERT_TRUE(build.buildFileList(false));
-    const std::string empty = dir.file("~emptyfolder");
-    EXPECT_EQ(test::readFile(dir.file("filelist.txt")), "/Empty=" + empty + "\n/My\\=Docs=" + empty +
-                                                            "\n/r\\=1=" + dir.path() +
-                                                            "/r\\=1\n/My\\=Docs/a.txt=" + dir.file("a.txt"));
-    EXPECT_TRUE(fs::is_directory(empty));
-    project.cancelFlag = true;
-    EXPECT_FALSE(build.buildFileList(true));
-    EXPECT_FALSE(fs::exists(dir.file("isofilelist.txt")));
-    EXPECT_EQ(mode, Mode::None);
-    project.cancelFlag = false;
-    job.ClearList("L");
-    build.cmdBurn_Click({});
-    ASSERT_EQ(dialogs.prompts.size(), 1u);
-    EXPECT_EQ(dialogs.prompts[0].text, "msgAddData");
 }
 
 }  // namespace

@@ -1,12 +1,10 @@
 // Images made by the real genisoimage from a data project, read back with
-// isoinfo: names, sizes, contents, descriptors, the file systems, DVD-Video,
-// El Torito; and the builds that must leave nothing behind.
+// isoinfo; and the builds that must leave nothing behind.
 #include <gtest/gtest.h>
 
 #include <filesystem>
 
 #include "data/IsoBuild.h"
-#include "platform/CommandLine.h"
 #include "testlib/ScriptedDialogs.h"
 #include "testlib/TestSupport.h"
 
@@ -16,229 +14,148 @@ namespace fs = std::filesystem;
 
 namespace {
 
-std::string run(const std::vector<std::string> &args) {
-    return test::runTool(args).output;
-}
-
 const std::string kLong(100, 'n');
 
+// src: a=b.txt, with blank.txt, Grüße.txt, a 100-character name, empty/ and
+// My=Docs/sub/deep.bin; the project's messages are their keys.
 struct Images : ::testing::Test {
     test::TempDir dir;
     test::ScriptedDialogs dialogs;
     DataProject project;
-    std::string lastStatus;
+    std::string lastStatus, src = dir.file("src"), out = dir.file("out");
     std::function<void()> onPump;
     IsoSettings iso;
-    std::string src = dir.file("src"), out = dir.file("out");
     DataJob job{project, [this] {
                     DataHost h;
                     h.dialogs = &dialogs;
                     h.message = [](std::string_view key) { return std::string(key); };
                     h.showStatus = [this](const std::string &s) { lastStatus = s; };
-                    h.letEventsRun = [this] {
-                        if (onPump) onPump();
-                    };
+                    h.letEventsRun = [this] { onPump ? onPump() : void(); };
                     return h;
                 }()};
-    IsoBuild build{job, [this] {
-                       IsoBuildHost h;
-                       h.tempFolder = dir.file("TEMP");
-                       h.mkisofs = "genisoimage";
-                       h.charset = "utf-8";
-                       return h;
-                   }()};
+    IsoBuild build{
+        job, IsoBuildHost{.tempFolder = dir.file("TEMP"), .mkisofs = "genisoimage", .charset = "utf-8"}};
 
     void SetUp() override {
-        for (const char *d : {"src/My=Docs/sub", "src/empty", "out", "TEMP"})
-            fs::create_directories(dir.file(d));
-        test::writeFile(src + "/a=b.txt", "equals");
-        test::writeFile(src + "/with blank.txt", "blank");
-        test::writeFile(src + "/Grüße.txt", "umlauts");
-        test::writeFile(src + "/" + kLong, "long");
-        std::string deep(300000, '\0');
-        for (std::size_t i = 0; i < deep.size(); ++i) deep[i] = static_cast<char>(i * 7919 % 251);
-        test::writeFile(src + "/My=Docs/sub/deep.bin", deep);
+        for (const char *d : {"src/My=Docs/sub", "src/empty", "out"}) fs::create_directories(dir.file(d));
+        for (const std::string name : {"a=b.txt", "with blank.txt", "Grüße.txt", kLong.c_str()})
+            test::writeFile(src + "/" + name, name + " holds this");
+        test::writeFile(src + "/My=Docs/sub/deep.bin", std::string(300000, 'd'));
         job.ClearList("L");
-        iso.text(IsoField::Label) = "MY DISC";
     }
     void tick(std::initializer_list<IsoBox> boxes) {
         for (IsoBox b : boxes) iso.boxes[static_cast<std::size_t>(b)] = true;
     }
-    // cmdBurn with chkCreateISO into target; the boxes shown meanwhile.
+    // cmdBurn with chkCreateISO into target: the boxes shown meanwhile.
     std::vector<std::string> make(const std::string &target) {
         dialogs.prompts.clear();
         dialogs.answer(target);
-        BurnClick click;
-        click.chkCreateISO = true;
-        click.isoSettings = [this] { return iso; };
-        build.cmdBurn_Click(click);
+        build.cmdBurn_Click({true, false, false, {}, [this] { return iso; }});
         std::vector<std::string> boxes;
         for (const auto &p : dialogs.prompts)
-            if (p.kind == "msgbox") boxes.push_back(p.text.substr(0, p.text.find(' ')));
+            if (p.kind == "msgbox") boxes.push_back(p.text);
         return boxes;
     }
     std::string info(const std::string &image, std::vector<std::string> args) {
         args.insert(args.begin(), "isoinfo");
         args.insert(args.end(), {"-i", image});
-        return run(args);
+        return test::runTool(args).output;
     }
 };
 
-TEST_F(Images, NamesSizesContentsAndDescriptors) {
-    job.addFolderContents(src);
-    const std::pair<IsoField, const char *> fields[] = {
-        {IsoField::SysID, "SYS"},     {IsoField::VolSet, "SET"},   {IsoField::Publisher, "PUB \"Q\" A"},
-        {IsoField::Preparer, "PREP"}, {IsoField::Abstract, "ABS"}, {IsoField::Bibliographic, "BIB"},
-        {IsoField::Copyright, "COPY"}};
-    for (const auto &[field, value] : fields) iso.text(field) = value;
-    tick({IsoBox::Joliet, IsoBox::RockRidge});
-    for (const bool longJoliet : {true, false}) {
-        iso.boxes[static_cast<std::size_t>(IsoBox::LongJoliet)] = longJoliet;
-        const std::string image = out + (longJoliet ? "/long.iso" : "/short.iso");
-        EXPECT_EQ(make(image), std::vector<std::string>{"msgWriteSuccess"});
-        const std::string rr = info(image, {"-R", "-l"}), joliet = info(image, {"-J", "-l"});
-        for (const char *name :
-             {" a=b.txt ", " with blank.txt ", " Grüße.txt ", " My=Docs ", " empty ", " deep.bin "})
-            EXPECT_NE(rr.find(name), std::string::npos) << name;
-        EXPECT_NE(rr.find(" 300000 "), std::string::npos);
-        EXPECT_NE(rr.find(" " + kLong + " "), std::string::npos);
-        EXPECT_NE(joliet.find(" Gr\xFC\xDF"
-                              "e.txt "),
-                  std::string::npos);
-        EXPECT_NE(joliet.find(" " + kLong.substr(0, longJoliet ? 100 : 64) + " "), std::string::npos);
-        EXPECT_EQ(joliet.find(kLong.substr(0, 65)) != std::string::npos, longJoliet);
-        for (const char *file : {"/a=b.txt", "/My=Docs/sub/deep.bin", "/Grüße.txt"})
-            EXPECT_EQ(info(image, {"-R", "-x", file}), test::readFile(src + file)) << file;
-        const std::string d = info(image, {"-d"});
-        for (const char *line :
-             {"Volume id: MY DISC\n", "System id: SYS\n", "Volume set id: SET\n",
-              "Publisher id: PUB \"Q\" A\n", "Data preparer id: PREP\n", "Copyright File id: COPY\n",
-              "Abstract File id: ABS\n", "Bibliographic File id: BIB\n", "Volume set size is: 1\n",
-              "Application id: SALTMARROW\n"})
-            EXPECT_NE(d.find(line), std::string::npos) << line;
-    }
-}
-
-TEST_F(Images, UdfAndFilesOf4GiB) {
-    job.addFolderContents(dir.file("src/My=Docs"));
-    tick({IsoBox::UDF});
-    EXPECT_EQ(make(out + "/u.iso"), std::vector<std::string>{"msgWriteSuccess"});
-    const std::string head = test::readFile(out + "/u.iso").substr(16 * 2048, 8 * 2048);
-    EXPECT_NE(head.find("NSR02"), std::string::npos);
-    // Too big to build here: the dry run shows genisoimage takes it.
-    fs::resize_file(src + "/with blank.txt", 4294967296);
-    job.addFiles({src, "with blank.txt"});
-    ASSERT_TRUE(build.buildFileList(false));
-    const std::string options = build.getIsoCommand(IsoSettings());
-    EXPECT_NE(options.find(" -udf -allow-limited-size"), std::string::npos);
-    std::vector<std::string> args{"genisoimage", "-print-size"};
-    for (const std::string &a : platform::splitCommandLine(options)) args.push_back(a);
-    EXPECT_NE(run(args).find("Total extents scheduled to be written = 2097"), std::string::npos);
-}
-
-TEST_F(Images, DVDVideoFromItsStagingFolder) {
-    project.blnDVDVideo = project.blnDVD = true;
-    job.ClearList("MOVIE");
-    job.loadFolderObjects("MOVIE\\VIDEO_TS");
-    job.addFolderContents(test::sourcePath("tests/fixtures/dvdvideo/VIDEO_TS"));
-    EXPECT_EQ(make(out + "/v.iso"), std::vector<std::string>{"msgWriteSuccess"});
-    const std::string listing = info(out + "/v.iso", {"-l"});
-    for (const char *name : {"/VIDEO_TS/", "/AUDIO_TS/", "VIDEO_TS.IFO;1", "VTS_01_1.VOB;1"})
-        EXPECT_NE(listing.find(name), std::string::npos) << name;
-    EXPECT_EQ(info(out + "/v.iso", {"-x", "/VIDEO_TS/VIDEO_TS.IFO;1"}),
-              test::readFile(test::sourcePath("tests/fixtures/dvdvideo/VIDEO_TS/VIDEO_TS.IFO")));
-}
-
-TEST_F(Images, BootImageFromACopy) {
-    std::string boot(4096, '\0');
-    for (std::size_t i = 0; i < boot.size(); ++i) boot[i] = static_cast<char>(i % 253 + 1);
+TEST_F(Images, NamesContentsDescriptorsUdfAndABootImageCopy) {
+    const std::string boot(4096, 'Z');
     test::writeFile(dir.file("boot=1.img"), boot);
-    job.addFiles({src, "a=b.txt"});
-    tick({IsoBox::Joliet, IsoBox::RockRidge, IsoBox::BootImage, IsoBox::NoEmulation, IsoBox::LoadSize,
-          IsoBox::BootInfoTable});
     iso.strBootImage = dir.file("boot=1.img");
-    iso.text(IsoField::LoadSize) = "4";
-    EXPECT_EQ(make(out + "/b.iso"), std::vector<std::string>{"msgWriteSuccess"});
-    EXPECT_EQ(test::readFile(dir.file("boot=1.img")), boot);
-    const std::string d = info(out + "/b.iso", {"-d"});
-    EXPECT_NE(d.find("Boot media 0 (No Emulation Boot)"), std::string::npos);
-    EXPECT_NE(d.find("Nsect 4"), std::string::npos);
-    const std::size_t at = d.find("Bootoff ");
-    ASSERT_NE(at, std::string::npos);
-    const long sector = std::stol(d.substr(d.find(' ', at + 8) + 1));
-    const std::string placed = test::readFile(out + "/b.iso").substr(sector * 2048, boot.size());
-    // Bytes 8 to 63 are the boot table genisoimage writes.
+    const std::pair<IsoField, const char *> fields[] = {
+        {IsoField::Label, "MY DISC"},     {IsoField::SysID, "SYS"},      {IsoField::VolSet, "SET"},
+        {IsoField::Publisher, "P \"Q\""}, {IsoField::Preparer, "PREP"},  {IsoField::Abstract, "ABS"},
+        {IsoField::Bibliographic, "BIB"}, {IsoField::Copyright, "COPY"}, {IsoField::LoadSize, "4"}};
+    for (const auto &[field, value] : fields) iso.text(field) = value;
+    tick({IsoBox::Joliet, IsoBox::LongJoliet, IsoBox::RockRidge, IsoBox::UDF, IsoBox::BootImage,
+          IsoBox::NoEmulation, IsoBox::LoadSize, IsoBox::BootInfoTable});
+    job.addFolderContents(src);
+    const std::string image = out + "/all.iso";
+    EXPECT_EQ(make(image), std::vector<std::string>{"msgWriteSuccess"});
+    const std::string rr = info(image, {"-R", "-l"}), joliet = info(image, {"-J", "-l"}),
+                      d = info(image, {"-d"});
+    for (const std::string &name : std::vector<std::string>{"a=b.txt", "with blank.txt", "Grüße.txt",
+                                                            "My=Docs", "empty", "300000", kLong})
+        EXPECT_NE(rr.find(" " + name + " "), std::string::npos) << name;
+    EXPECT_NE(joliet.find(" Gr\xFC\xDF"
+                          "e.txt "),
+              std::string::npos);
+    EXPECT_NE(joliet.find(" " + kLong + " "), std::string::npos);
+    for (const char *file : {"/a=b.txt", "/My=Docs/sub/deep.bin", "/Grüße.txt"})
+        EXPECT_EQ(info(image, {"-R", "-x", file}), test::readFile(src + file)) << file;
+    for (const char *line :
+         {"Volume id: MY DISC\n", "System id: SYS\n", "Volume set id: SET\n", "Publisher id: P \"Q\"\n",
+          "Data preparer id: PREP\n", "Copyright File id: COPY\n", "Abstract File id: ABS\n",
+          "Bibliographic File id: BIB\n", "Boot media 0 (No Emulation Boot)", "Nsect 4"})
+        EXPECT_NE(d.find(line), std::string::npos) << line;
+    const std::string bytes = test::readFile(image);
+    EXPECT_NE(bytes.substr(16 * 2048, 8 * 2048).find("NSR02"), std::string::npos) << "UDF";
+    // The user's file stays as it was; the copy on the disc has genisoimage's boot table in bytes 8 to 63.
+    EXPECT_TRUE(test::readFile(dir.file("boot=1.img")) == boot) << "the user's boot image changed";
+    const long sector = std::stol(d.substr(d.find(' ', d.find("Bootoff ") + 8) + 1));
+    const std::string placed = bytes.substr(sector * 2048, boot.size());
     EXPECT_EQ(placed.substr(0, 8) + placed.substr(64), boot.substr(0, 8) + boot.substr(64));
     EXPECT_NE(placed.substr(8, 56), boot.substr(8, 56));
-    for (const char *flag : {"-R", "-J"})
-        EXPECT_EQ(info(out + "/b.iso", {flag, "-l"}).find("Boot"), std::string::npos);
+    EXPECT_EQ((rr + joliet).find("Boot"), std::string::npos);
+
+    iso = IsoSettings();
+    tick({IsoBox::Joliet});
+    EXPECT_EQ(make(out + "/short.iso"), std::vector<std::string>{"msgWriteSuccess"});
+    EXPECT_NE(info(out + "/short.iso", {"-J", "-l"}).find(" " + kLong.substr(0, 64) + " "),
+              std::string::npos);
 }
 
-TEST_F(Images, FailuresLeaveNothingAndKeepAnOldImage) {
+TEST_F(Images, RefusalsFailuresAndCancelLeaveNothingAndKeepAnOldImage) {
     // Split by hand, this name would write out/evil.iso.
-    const std::string odd = out + "/a\" -o \"" + out + "/evil.iso";
+    const std::string odd = out + "/a\" -o \"" + out + "/evil.iso", dupe = std::string(70, 'j'),
+                      old = out + "/old.iso";
     fs::create_directories(fs::path(odd).parent_path());
-    struct Case {
-        const char *what;
-        std::function<void()> setup;
-        std::string target;
-        std::vector<std::string> boxes;
-    } cases[] = {
-        {"same Joliet name",
-         [&] {
-             for (char c : {'1', '2'}) test::writeFile(src + "/" + std::string(70, 'j') + c, "j");
-             job.addFiles({src, std::string(70, 'j') + '1', std::string(70, 'j') + '2'});
-             tick({IsoBox::Joliet});
-         },
-         out + "/old.iso",
-         {"msgDupeFileName", "msgFileCheckFail"}},
-        {"file gone since it was added",
-         [&] {
-             job.addFiles({src, "a=b.txt"});
-             fs::remove(src + "/a=b.txt");
-         },
-         out + "/old.iso",
-         {"msgFileCheckFail"}},
-        {"quotes in the target",
-         [&] {
-             job.addFiles({src, "Grüße.txt"});
-             tick({IsoBox::RockRidge});
-         },
-         odd,
-         {"msgWriteSuccess"}},
+    test::writeFile(src + "/big", "");
+    fs::resize_file(src + "/big", 1500000000);
+    for (const char *c : {"1", "2"}) test::writeFile(src + "/" + dupe + c, "j");
+    bool cancelled = false;
+    const auto cancel = [&] {
+        if (!cancelled && lastStatus.starts_with("msgWritingISO")) cancelled = build.cancelClick("msgCancel");
     };
-    for (const Case &c : cases) {
+    const std::pair<std::vector<std::string>, std::vector<std::string>> rows[] = {
+        {{}, {"msgAddData"}},
+        {{dupe + "1", dupe + "2"}, {"msgDupeFileName", "msgFileCheckFail"}},
+        {{"gone"}, {"msgFileCheckFail"}},
+        {{"big"}, {}},
+        {{"Grüße.txt"}, {"msgWriteSuccess"}},
+    };
+    for (const auto &[names, boxes] : rows) {
         job.ClearList("L");
-        iso = IsoSettings();
-        test::writeFile(out + "/old.iso", "old");
-        c.setup();
-        EXPECT_EQ(make(c.target), c.boxes) << c.what;
-        EXPECT_EQ(test::readFile(out + "/old.iso"), "old") << c.what;
+        test::writeFile(old, "old");
+        test::writeFile(src + "/gone", "");
+        std::vector<std::string> add{src};
+        add.insert(add.end(), names.begin(), names.end());
+        if (!names.empty()) job.addFiles(add);
+        fs::remove(src + "/gone");
+        iso.boxes[static_cast<std::size_t>(IsoBox::Joliet)] = true;
+        onPump = names == std::vector<std::string>{"big"} ? std::function<void()>(cancel) : nullptr;
+        const bool good = boxes == std::vector<std::string>{"msgWriteSuccess"};
+        EXPECT_EQ(make(good ? odd : old), boxes);
         std::vector<std::string> files;
         for (const auto &e : fs::recursive_directory_iterator(out))
             if (e.is_regular_file()) files.push_back(e.path().string());
         std::sort(files.begin(), files.end());
-        std::vector<std::string> expected{out + "/old.iso"};
-        if (c.target == odd) expected.insert(expected.begin(), odd);
-        EXPECT_EQ(files, expected) << c.what;
+        EXPECT_EQ(files, (good ? std::vector<std::string>{odd, old} : std::vector<std::string>{old}));
+        EXPECT_EQ(test::readFile(old), "old");
     }
-    EXPECT_NE(info(odd, {"-R", "-l"}).find(" Grüße.txt "), std::string::npos);
-}
-
-TEST_F(Images, CancelEndsTheToolAndRemovesThePartialImage) {
-    fs::resize_file(src + "/with blank.txt", 1500000000);
-    job.addFiles({src, "with blank.txt"});
-    bool cancelled = false;
-    onPump = [&] {
-        if (cancelled || lastStatus.rfind("msgWritingISO", 0) != 0) return;
-        cancelled = true;
-        EXPECT_TRUE(build.objDOS.isRunning());
-        EXPECT_TRUE(build.cancelClick("msgCancel"));
-    };
-    EXPECT_EQ(make(out + "/c.iso"), std::vector<std::string>{});
     EXPECT_TRUE(cancelled);
-    EXPECT_TRUE(fs::is_empty(out));
-    EXPECT_EQ(lastStatus, "msgWriteCancelled");
+    EXPECT_NE(info(odd, {"-J", "-l"})
+                  .find("Gr\xFC\xDF"
+                        "e.txt"),
+              std::string::npos);
+    project.cancelFlag = true;
+    EXPECT_FALSE(build.buildFileList(true));
+    EXPECT_FALSE(fs::exists(dir.file("TEMP/isofilelist.txt"))) << "a cancelled list is deleted";
 }
 
 }  // namespace

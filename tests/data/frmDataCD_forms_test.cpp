@@ -15,7 +15,6 @@
 #include <QUrl>
 #include <filesystem>
 #include <map>
-#include <set>
 
 #include "data/DataListModel.h"
 #include "data/frmDataCD.h"
@@ -60,9 +59,6 @@ struct DataForm : ::testing::Test {
             if (onPump) onPump();
         };
         h.openDocument = [this](const std::string &p) { opened.push_back(p); };
-        h.build.tempFolder = dir.file("TEMP");
-        h.build.mkisofs = "genisoimage";
-        h.build.charset = "utf-8";
         settings["CheckPVD"] = "True";
         form = std::make_unique<frmDataCD>(h);
         form->ClearList();
@@ -151,21 +147,6 @@ TEST_F(DataForm, BurnButtonCancelsALongAdd) {
     EXPECT_TRUE(form->cmdAddFiles->isEnabled());
     EXPECT_EQ(settings["MRUData"], top);
     EXPECT_EQ(settings["FolderContentsOnly"], "0");
-}
-
-TEST_F(DataForm, BurnWithCreateISOMakesTheImageWhileTheButtonCancels) {
-    form->job().addFolderContents(top);
-    form->chkCreateISO->setChecked(true);
-    dialogs.answer(dir.file("out.iso"));
-    std::set<QString> captions;
-    onPump = [&] { captions.insert(form->cmdBurn->text()); };
-    form->cmdBurn->click();
-    ASSERT_GE(dialogs.prompts.size(), 2u);
-    EXPECT_EQ(dialogs.prompts[dialogs.prompts.size() - 2].request.filter, "ISO Image File (*.iso)|*.iso");
-    EXPECT_EQ(dialogs.prompts.back().text, "msgWriteSuccess");
-    EXPECT_EQ(test::readFile(dir.file("out.iso")).substr(32769, 5), "CD001");
-    EXPECT_EQ(captions, std::set<QString>{"msgCancel"});
-    EXPECT_EQ(form->cmdBurn->text(), "&Burn");
 }
 
 TEST_F(DataForm, IsoSettingsFilterBoxesAndBootImage) {

@@ -64,9 +64,9 @@ TEST(DataLink, MenuEntriesOpenTheirKindAndGuardTheProject) {
 
 namespace {
 
-// A data project of src, burnt with Auto Write: the data form hands it to
-// the main window, which pipes the real genisoimage into the fake drive.
-// The drive's path is a file, so that -M reads a first session from it.
+// A data project burnt with Auto Write: the data form hands it to the main
+// window, which pipes the real genisoimage into the fake drive. The drive's
+// path is a file, so that -M can read a first session from it.
 struct DataDiscs : ::testing::Test {
     TempDir root;
     const std::string app = root.file("app"), src = root.file("src"), disc = root.file("disc");
@@ -74,7 +74,7 @@ struct DataDiscs : ::testing::Test {
     std::unique_ptr<ShellHarness> h;
     frmDataCD *form = nullptr;
 
-    void start(LinuxDrive drive, bool dvd) {
+    void start(LinuxDrive drive, QAction *frmMain::*kind = &frmMain::mnuDataCD) {
         drive.path = disc;
         std::filesystem::create_directories(src + "/My=Docs");
         writeFile(src + "/My=Docs/a.txt", "first");
@@ -82,7 +82,7 @@ struct DataDiscs : ::testing::Test {
         installFakeDrive(app, {drive});
         h = ShellHarness::inFolder(app, {}, false);
         ASSERT_TRUE(h->form().Form_Load());
-        (dvd ? h->form().mnuDataDVD : h->form().mnuDataCD)->trigger();
+        (h->form().*kind)->trigger();
         form = h->form().findChild<frmDataCD *>();
         form->mnuAutoWrite->setChecked(true);
     }
@@ -93,8 +93,10 @@ struct DataDiscs : ::testing::Test {
         QCoreApplication::processEvents();
     }
     std::string status() { return h->form().txtStatus->text().toStdString(); }
-    std::string listing(const std::string &image, const char *session = "0") {
-        return runTool({"isoinfo", "-R", "-l", "-T", session, "-i", image}).output;
+    std::string info(const std::string &image, std::vector<std::string> args) {
+        args.insert(args.begin(), "isoinfo");
+        args.insert(args.end(), {"-i", image});
+        return runTool(args).output;
     }
     bool toolsAlive() {
         for (const auto &e : std::filesystem::directory_iterator("/proc")) {
@@ -108,22 +110,21 @@ struct DataDiscs : ::testing::Test {
 
 TEST_F(DataDiscs, ACDOnTheFlyThenASessionThatImportsIt) {
     LinuxDrive cd = cdWriter("CD-R", kBlankCDR);
-    cd.path = disc;
-    start(cd, false);
+    start(cd);
     burn(src);
     EXPECT_EQ(status().substr(0, 29), "Writing finished successfully");
-    const auto writes = fakeCalls(app, "cdrdao write");
-    ASSERT_EQ(writes.size(), 1u);
-    EXPECT_NE(writes[0].find(" --device " + disc + " --driver generic-mmc:0x0 "), std::string::npos)
-        << writes[0];
-    const std::string first = readFile(kept);
-    EXPECT_NE(listing(kept).find(" Grüße.txt "), std::string::npos);
-    EXPECT_EQ(runTool({"isoinfo", "-R", "-x", "/My=Docs/a.txt", "-i", kept}).output, "first");
+    EXPECT_EQ(fakeCalls(app, "cdrdao write").back().find("cdrdao write --device " + disc + " "), 0u);
+    const std::string temp = app + "/external/TEMP/", first = readFile(kept),
+                      next = std::to_string(first.size() / 2048);
+    EXPECT_EQ(readFile(temp + "filelist.txt"), "/My\\=Docs=" + temp + "~emptyfolder\n/Grüße.txt=" + src +
+                                                   "/Grüße.txt\n/My\\=Docs/a.txt=" + src +
+                                                   "/My\\=Docs/a.txt");
+    EXPECT_EQ(info(kept, {"-R", "-x", "/My=Docs/a.txt"}), "first");
 
-    const std::string next = std::to_string(first.size() / 2048);
     writeFile(disc, first);
     cd.extra = "blank = no\nappendable = yes\ncapacity = 359849\nremaining = " +
                std::to_string(359849 - first.size() / 2048) + "\n";
+    cd.path = disc;
     std::filesystem::remove(app + "/external/fakedrive.state.media");
     installFakeDrive(app, {cd});
     std::filesystem::create_directories(root.file("more"));
@@ -132,30 +133,29 @@ TEST_F(DataDiscs, ACDOnTheFlyThenASessionThatImportsIt) {
     form->iso()->box(data::IsoBox::Multi)->click();
     burn(root.file("more"));
     EXPECT_EQ(status().substr(0, 29), "Writing finished successfully");
-    EXPECT_NE(readFile(app + "/external/TEMP/command.bat").find(" -C 0," + next + " -M " + disc + " -quiet "),
+    EXPECT_NE(readFile(temp + "command.bat").find(" -C 0," + next + " -M " + disc + " -quiet "),
               std::string::npos);
-    EXPECT_EQ(readFile(app + "/external/TEMP/mkisofs.toc").substr(0, 11), "CD_ROM_XA\r\n");
+    EXPECT_EQ(readFile(temp + "mkisofs.toc").substr(0, 11), "CD_ROM_XA\r\n");
     writeFile(root.file("both"), first + readFile(kept));
-    const std::string both = listing(root.file("both"), next.c_str());
+    const std::string both = info(root.file("both"), {"-R", "-l", "-T", next});
     for (const char *name : {" two.txt ", " Grüße.txt ", " My=Docs "})
-        EXPECT_NE(both.find(name), std::string::npos) << name;
+        EXPECT_NE(both.find(name), std::string::npos);
 }
 
-TEST_F(DataDiscs, ADVDOnTheFlyAndCancelledWhileTheWriterWaits) {
+TEST_F(DataDiscs, ADVDVideoOnTheFlyCancelledThenWrittenAndItsImageWrittenAgain) {
     LinuxDrive dvd;
     dvd.medium = "DVD+R";
     dvd.extra = "blank = yes\nhang = dvdrecord\n";
-    start(dvd, true);
+    start(dvd, &frmMain::mnuDVDVideo);
+    form->job().loadFolderObjects(form->project.Key(form->project.root()) + "\\VIDEO_TS");
+    form->job().addFolderContents(sourcePath("tests/fixtures/dvdvideo/VIDEO_TS"));
     bool clicked = false;
     auto original = h->form().runner.objDOS.nullOutputs;
     h->form().runner.objDOS.nullOutputs = [&] {
         original();
-        if (!clicked && !fakeCalls(app, "dvdrecord").empty()) {
-            clicked = true;
-            h->form().cmdWrite->click();
-        }
+        if (!clicked && !fakeCalls(app, "dvdrecord").empty()) clicked = (h->form().cmdWrite->click(), true);
     };
-    burn(src);
+    burn();
     EXPECT_TRUE(clicked);
     EXPECT_EQ(status(), "Write Operation Cancelled.");
     EXPECT_FALSE(toolsAlive());
@@ -164,40 +164,52 @@ TEST_F(DataDiscs, ADVDOnTheFlyAndCancelledWhileTheWriterWaits) {
     dvd.extra = "blank = yes\n";
     installFakeDrive(app, {dvd});
     h->form().mnuConfirmWrite->setChecked(true);
-    form->cmdBurn->click();
-    QCoreApplication::processEvents();
+    burn();
     EXPECT_EQ(status().substr(0, 29), "Writing finished successfully");
-    ASSERT_EQ(h->dialogs.prompts.size(), 2u);
-    EXPECT_EQ(h->dialogs.prompts[0].text, "2 MB to be written to disc (4483 MB free).");
+    EXPECT_EQ(h->dialogs.prompts.at(0).text, "1 MB to be written to disc (4483 MB free).");
     const std::string write = fakeCalls(app, "dvdrecord").back();
-    EXPECT_EQ(write.substr(write.size() - 2), " -") << write;
-    EXPECT_NE(write.find(" -tsize " + std::to_string(readFile(kept).size() / 2048) + "s "),
+    EXPECT_NE(write.find(" -tsize " + std::to_string(readFile(kept).size() / 2048) + "s -"),
               std::string::npos);
-    EXPECT_NE(listing(kept).find(" A.TXT;1 "), std::string::npos);
+    EXPECT_NE(info(kept, {"-l"}).find("VTS_01_1.VOB;1"), std::string::npos);
+
+    const std::string image = root.file("video.iso");
+    std::filesystem::copy_file(kept, image);
+    h->form().commandLine = "-i \"" + image + "\"";
+    h->form().parseCommand();
+    h->form().cmdWrite->click();
+    EXPECT_EQ(fakeCalls(app, "dvdrecord").back().substr(write.find(" -tsize")),
+              " -tsize=" + std::to_string(readFile(image).size() / 2048) + "s " + image);
 }
 
-TEST_F(DataDiscs, RefusalsAndAFullDisc) {
+TEST_F(DataDiscs, RefusalsALargeFileAndAFullDisc) {
     const std::string appendable = "blank = no\nappendable = yes\ncapacity = 359849\nremaining = 1000\n";
     struct Row {
         std::string disc;
-        bool multi, gone;
+        bool multi;
+        std::string file;  // deleted after it was added, or of 4 GiB
         std::string box, status;
         std::size_t writes;
     } rows[] = {
-        {kBlankCDR, true, false, "Inserted medium is not appendable!", "Write Operation Cancelled.", 0},
-        {appendable, false, false, "Inserted medium is not blank!", "Write Operation Cancelled.", 0},
-        {kBlankCDR, false, true, "", "File check failed - please see log.", 0},
-        {kBlankCDR + "full_after_mb = 1\n", false, false, "", "ERROR: Write failed, please consult the log.",
-         1},
+        {kBlankCDR, true, "", "Inserted medium is not appendable!", "Write Operation Cancelled.", 0},
+        {appendable, false, "", "Inserted medium is not blank!", "Write Operation Cancelled.", 0},
+        {kBlankCDR, false, "gone", "", "File check failed - please see log.", 0},
+        {kBlankCDR, false, "large", "Files of 4 GB or more are seen whole only by readers of UDF.",
+         "Write Operation Cancelled.", 0},
+        {kBlankCDR + "full_after_mb = 1\n", false, "", "", "ERROR: Write failed, please consult the log.", 1},
     };
     for (const Row &r : rows) {
-        start(cdWriter("CD-R", r.disc), false);
+        start(cdWriter("CD-R", r.disc));
         if (r.multi) form->iso()->box(data::IsoBox::Multi)->click();
-        form->job().addFolderContents(src);
-        if (r.gone) std::filesystem::remove(src + "/My=Docs/a.txt");
-        burn();
+        h->form().mnuConfirmWrite->setChecked(r.file == "large");
+        writeFile(root.file(r.file), "");
+        if (r.file == "large") std::filesystem::resize_file(root.file(r.file), 4294967296);
+        form->job().addFiles({root.path(), r.file});
+        if (r.file == "gone") std::filesystem::remove(root.file(r.file));
+        h->dialogs.answer(mb::Cancel);
+        burn(src);
+        const std::string box = h->dialogs.prompts.empty() ? "" : h->dialogs.prompts.back().text;
+        EXPECT_EQ(box.substr(box.rfind('\n') + 1), r.box);
         EXPECT_EQ(status(), r.status) << r.box;
-        EXPECT_EQ(h->dialogs.prompts.empty() ? "" : h->dialogs.prompts.back().text, r.box);
         EXPECT_EQ(fakeCalls(app, "cdrdao write").size(), r.writes) << r.status;
         EXPECT_FALSE(toolsAlive());
         std::filesystem::remove(app + "/external/fakedrive.log");
