@@ -108,18 +108,57 @@ struct DataDiscs : ::testing::Test {
     }
 };
 
+// Names with "=", blanks, umlauts and 100 characters, an empty folder, every
+// descriptor, UDF and a boot image: all read back from what the drive got.
 TEST_F(DataDiscs, ACDOnTheFlyThenASessionThatImportsIt) {
+    const std::string longName(100, 'n'), boot(4096, 'Z'), temp = app + "/external/TEMP/";
+    for (const std::string &name : {std::string("a=b c.txt"), longName}) writeFile(root.file(name), name);
+    std::filesystem::create_directories(src + "/empty");
+    writeFile(root.file("boot=1.img"), boot);
     LinuxDrive cd = cdWriter("CD-R", kBlankCDR);
     start(cd);
+    form->job().addFiles({root.path(), "a=b c.txt", longName});
+    frmISOSettings &iso = *form->iso();
+    const std::pair<data::IsoField, const char *> fields[] = {
+        {data::IsoField::SysID, "SYS"},         {data::IsoField::VolSet, "SET"},
+        {data::IsoField::Publisher, "P \"Q\""}, {data::IsoField::Preparer, "PREP"},
+        {data::IsoField::Abstract, "ABS"},      {data::IsoField::Bibliographic, "BIB"},
+        {data::IsoField::Copyright, "COPY"},    {data::IsoField::Label, "MY DISC"}};
+    for (const auto &[field, text] : fields) iso.field(field)->setText(text);
+    for (data::IsoBox b : {data::IsoBox::LongJoliet, data::IsoBox::UDF, data::IsoBox::BootImage,
+                           data::IsoBox::NoEmulation, data::IsoBox::BootInfoTable})
+        iso.box(b)->click();
+    h->dialogs.answer(std::vector<std::string>{root.file("boot=1.img")});
+    iso.cmdBootImage->click();
     burn(src);
     EXPECT_EQ(status().substr(0, 29), "Writing finished successfully");
     EXPECT_EQ(fakeCalls(app, "cdrdao write").back().find("cdrdao write --device " + disc + " "), 0u);
-    const std::string temp = app + "/external/TEMP/", first = readFile(kept),
-                      next = std::to_string(first.size() / 2048);
-    EXPECT_EQ(readFile(temp + "filelist.txt"), "/My\\=Docs=" + temp + "~emptyfolder\n/Grüße.txt=" + src +
-                                                   "/Grüße.txt\n/My\\=Docs/a.txt=" + src +
-                                                   "/My\\=Docs/a.txt");
+    const std::string list = readFile(temp + "filelist.txt");
+    EXPECT_EQ(list.find("/a\\=b c.txt=" + root.file("a\\=b c.txt") + "\n/" + longName + "="), 0u);
+    EXPECT_EQ(list.substr(list.rfind('\n')), "\n/My\\=Docs/a.txt=" + src + "/My\\=Docs/a.txt")
+        << "last, no line end";
+    const std::string first = readFile(kept), next = std::to_string(first.size() / 2048);
+    const std::string rr = info(kept, {"-R", "-l"}), joliet = info(kept, {"-J", "-l"}),
+                      d = info(kept, {"-d"});
+    for (const char *name : {"a=b c.txt", "Grüße.txt", "My=Docs", "empty", "1500000", longName.c_str()})
+        EXPECT_NE(rr.find(" " + std::string(name) + " "), std::string::npos) << name;
+    EXPECT_NE(joliet.find(" Gr\374\337e.txt "), std::string::npos);
+    EXPECT_NE(joliet.find(" " + longName + " "), std::string::npos) << "long Joliet names";
     EXPECT_EQ(info(kept, {"-R", "-x", "/My=Docs/a.txt"}), "first");
+    EXPECT_TRUE(info(kept, {"-R", "-x", "/Grüße.txt"}) == std::string(1500000, 'g'));
+    for (const char *line :
+         {"Volume id: MY DISC\n", "System id: SYS\n", "Volume set id: SET\n", "Publisher id: P \"Q\"\n",
+          "Data preparer id: PREP\n", "Copyright File id: COPY\n", "Abstract File id: ABS\n",
+          "Bibliographic File id: BIB\n", "(No Emulation Boot)"})
+        EXPECT_NE(d.find(line), std::string::npos) << line;
+    EXPECT_NE(first.substr(16 * 2048, 8 * 2048).find("NSR02"), std::string::npos) << "UDF";
+    // The user's boot image is as it was; the copy on the disc has genisoimage's table in bytes 8 to 63.
+    EXPECT_TRUE(readFile(root.file("boot=1.img")) == boot);
+    const std::string placed =
+        first.substr(std::stol(d.substr(d.find(' ', d.find("Bootoff ") + 8))) * 2048, 4096);
+    EXPECT_TRUE(placed.substr(0, 8) + placed.substr(64) == boot.substr(0, 8) + boot.substr(64));
+    EXPECT_NE(placed.substr(8, 56), boot.substr(8, 56));
+    EXPECT_EQ((rr + joliet).find("Boot"), std::string::npos);
 
     writeFile(disc, first);
     cd.extra = "blank = no\nappendable = yes\ncapacity = 359849\nremaining = " +
@@ -130,12 +169,15 @@ TEST_F(DataDiscs, ACDOnTheFlyThenASessionThatImportsIt) {
     std::filesystem::create_directories(root.file("more"));
     writeFile(root.file("more/two.txt"), "second");
     form->job().ClearList("L2");
-    form->iso()->box(data::IsoBox::Multi)->click();
+    for (data::IsoBox b : {data::IsoBox::UDF, data::IsoBox::BootImage, data::IsoBox::Multi})
+        iso.box(b)->click();
     burn(root.file("more"));
     EXPECT_EQ(status().substr(0, 29), "Writing finished successfully");
     EXPECT_NE(readFile(temp + "command.bat").find(" -C 0," + next + " -M " + disc + " -quiet "),
               std::string::npos);
+    // A stream shorter than the 4 seconds cdrdao takes is filled up.
     EXPECT_EQ(readFile(temp + "mkisofs.toc").substr(0, 11), "CD_ROM_XA\r\n");
+    EXPECT_NE(readFile(temp + "mkisofs.toc").find("\r\nZERO MODE1 "), std::string::npos);
     writeFile(root.file("both"), first + readFile(kept));
     const std::string both = info(root.file("both"), {"-R", "-l", "-T", next});
     for (const char *name : {" two.txt ", " Grüße.txt ", " My=Docs "})
