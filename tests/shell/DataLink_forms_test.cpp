@@ -169,7 +169,8 @@ TEST_F(DataDiscs, ACDOnTheFlyThenASessionThatImportsIt) {
     std::filesystem::create_directories(root.file("more"));
     writeFile(root.file("more/two.txt"), "second");
     form->job().ClearList("L2");
-    for (data::IsoBox b : {data::IsoBox::UDF, data::IsoBox::BootImage, data::IsoBox::Multi})
+    for (data::IsoBox b :
+         {data::IsoBox::UDF, data::IsoBox::BootImage, data::IsoBox::LongJoliet, data::IsoBox::Multi})
         iso.box(b)->click();
     burn(root.file("more"));
     EXPECT_EQ(status().substr(0, 29), "Writing finished successfully");
@@ -182,6 +183,9 @@ TEST_F(DataDiscs, ACDOnTheFlyThenASessionThatImportsIt) {
     const std::string both = info(root.file("both"), {"-R", "-l", "-T", next});
     for (const char *name : {" two.txt ", " Grüße.txt ", " My=Docs "})
         EXPECT_NE(both.find(name), std::string::npos);
+    const std::string joliet64 = info(root.file("both"), {"-J", "-l", "-T", next});
+    EXPECT_TRUE(joliet64.find(longName.substr(0, 64)) != std::string::npos &&
+                joliet64.find(longName.substr(0, 65)) == std::string::npos);
 }
 
 TEST_F(DataDiscs, ADVDVideoOnTheFlyCancelledThenWrittenAndItsImageWrittenAgain) {
@@ -228,16 +232,17 @@ TEST_F(DataDiscs, RefusalsALargeFileAndAFullDisc) {
     struct Row {
         std::string disc;
         bool multi;
-        std::string file;  // deleted after it was added, or of 4 GiB
+        std::string file;  // added: "gone" is deleted then, "large" has 4 GiB
         std::string box, status;
         std::size_t writes;
     } rows[] = {
-        {kBlankCDR, true, "", "Inserted medium is not appendable!", "Write Operation Cancelled.", 0},
-        {appendable, false, "", "Inserted medium is not blank!", "Write Operation Cancelled.", 0},
+        {kBlankCDR, true, "x", "Inserted medium is not appendable!", "Write Operation Cancelled.", 0},
+        {appendable, false, "x", "Inserted medium is not blank!", "Write Operation Cancelled.", 0},
         {kBlankCDR, false, "gone", "", "File check failed - please see log.", 0},
         {kBlankCDR, false, "large", "Files of 4 GB or more are seen whole only by readers of UDF.",
          "Write Operation Cancelled.", 0},
-        {kBlankCDR + "full_after_mb = 1\n", false, "", "", "ERROR: Write failed, please consult the log.", 1},
+        {kBlankCDR + "full_after_mb = 1\n", false, "x", "", "ERROR: Write failed, please consult the log.",
+         1},
     };
     for (const Row &r : rows) {
         start(cdWriter("CD-R", r.disc));
