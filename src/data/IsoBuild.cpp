@@ -74,9 +74,23 @@ constexpr BuildPhrase kBuildPhrases[] = {
 // and then only UDF shows them whole.
 constexpr double kLargeFile = 4294967296.0;
 
-// A source path as a graft point reads it: "\" and "=" escaped.
+// Appends a path as a graft point reads it, "=" escaped. In a source a "\"
+// is doubled; in a destination it is the tree's separator and becomes "/".
+void appendGraft(std::string &out, std::string_view path, bool source) {
+    for (const char c : path) {
+        if (c == '=')
+            out += "\\=";
+        else if (c == '\\')
+            out += source ? "\\\\" : "/";
+        else
+            out += c;
+    }
+}
+
 std::string graftSource(std::string_view path) {
-    return Replace(Replace(path, "\\", "\\\\"), "=", "\\=");
+    std::string out;
+    appendGraft(out, path, true);
+    return out;
 }
 
 // A number as the program prints one: no fraction when it has none.
@@ -103,13 +117,15 @@ std::string IsoFiles::bootImageCopy() const {
 
 std::string pathListEntry(std::string_view relativePath, std::string_view name, std::string_view source,
                           bool isFolder, std::string_view emptyFolder) {
-    // The tree joins names with "\"; on the disc they are joined with "/".
-    const std::string destination = std::string(relativePath) + "\\" + std::string(name);
-    if (isFolder)
-        return Replace(Replace(destination, "\\", "/"), "=", "\\=") + "=" + graftSource(emptyFolder);
-    std::string entry = Replace(Replace(destination, "=", "\\="), "\\", "/") + "=" + graftSource(source);
-    // The turn of "\" into "/" made "/=" of every escape; this puts them back.
-    return Replace(entry, "/=", "\\=");
+    // The escapes go in as the names are copied, so no "/=" needs putting back.
+    std::string entry;
+    entry.reserve(relativePath.size() + name.size() + source.size() + emptyFolder.size() + 8);
+    appendGraft(entry, relativePath, false);
+    entry += '/';
+    appendGraft(entry, name, false);
+    entry += '=';
+    appendGraft(entry, isFolder ? emptyFolder : source, true);
+    return entry;
 }
 
 std::string isoCharset(std::string_view codeset) {
