@@ -323,11 +323,14 @@ void IsoBuild::makeImage(const std::string &options) {
     const bool ok = objDOS.ExecuteCommand(platform::quoteArgument(host_.mkisofs) + " " + options);
     building_ = false;
     std::error_code ec;
-    const std::string &target = job_.project().strISOFilename;
-    if (ok && !cancelled_) fs::rename(partFile_, target, ec);
-    if (!ok || cancelled_ || ec) fs::remove(partFile_, ec);
+    bool placed = false;
+    if (ok && !cancelled_) {
+        fs::rename(partFile_, job_.project().strISOFilename, ec);
+        placed = !ec;
+    }
+    if (!placed) fs::remove(partFile_, ec);
     if (cancelled_) return;
-    if (!ok || !fs::exists(target)) {
+    if (!placed) {
         host.ask(text("msgFileCheckFail"), mb::Information);
         return;
     }

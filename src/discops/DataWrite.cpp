@@ -134,85 +134,81 @@ void writeDataCD(const DataWriteClick &click, DeviceState &devices, const Device
     // The ProDVD tool works over ASPI only.
     if (click.dvd && click.settings.UseProDVD && click.availableInterfaces == 2)
         return job.box("msgProDVDASPI", mb::Exclamation);
-    {
-        const Locked locked(host);
-        if (click.dvd) {
-            slot.discFreeBytes = dvdRoom(click, deviceHost);
-        } else {
-            bool useRaw = false;
-            DiscStatusContext context;
-            context.writer = click.panel.cmbWriterDevice;
-            context.deviceFragment = writeDevice(click.panel, click.settings, fragmentDrive(job.writer()), useRaw,
-                                                 false, false, deviceHost.driveLayer());
-            context.chkMulti = click.chkMulti;
-            context.offerErase = host.offerErase ? host.offerErase : [] { return true; };
-            const DiscStatusResult disc = splitDiscStatus(discStatus(deviceHost, context));
-            slot.discFreeBytes = static_cast<double>(disc.blocks) * 2048;
-            slot.discStatusText = std::string(1, disc.status);
-            if (disc.status == 'X') return;
-            // A further session goes onto an appendable disc only, a first one onto a blank one.
-            if (!click.chkMulti && disc.status != 'E') return job.refuse("msgNotBlank");
-            if (click.chkMulti && disc.status != 'A') return job.refuse("msgNotAppendable");
-        }
-        deviceHost.status(deviceHost.text("msgScanningFiles"));
-        const WritePanel panel = job.refreshedPanel();
-        const platform::DriveLayer &layer = deviceHost.driveLayer();
-        const FragmentDrive writer = fragmentDrive(job.writer());
+    const Locked locked(host);
+    if (click.dvd) {
+        slot.discFreeBytes = dvdRoom(click, deviceHost);
+    } else {
+        bool useRaw = false;
+        DiscStatusContext context;
+        context.writer = click.panel.cmbWriterDevice;
+        context.deviceFragment = writeDevice(click.panel, click.settings, fragmentDrive(job.writer()), useRaw,
+                                             false, false, deviceHost.driveLayer());
+        context.chkMulti = click.chkMulti;
+        context.offerErase = host.offerErase ? host.offerErase : [] { return true; };
+        const DiscStatusResult disc = splitDiscStatus(discStatus(deviceHost, context));
+        slot.discFreeBytes = static_cast<double>(disc.blocks) * 2048;
+        slot.discStatusText = std::string(1, disc.status);
+        if (disc.status == 'X') return;
+        // A further session goes onto an appendable disc only, a first one onto a blank one.
+        if (!click.chkMulti && disc.status != 'E') return job.refuse("msgNotBlank");
+        if (click.chkMulti && disc.status != 'A') return job.refuse("msgNotAppendable");
+    }
+    deviceHost.status(deviceHost.text("msgScanningFiles"));
+    const WritePanel panel = job.refreshedPanel();
+    const platform::DriveLayer &layer = deviceHost.driveLayer();
+    const FragmentDrive writer = fragmentDrive(job.writer());
 
-        std::string multiSessionArgs;
-        if (!click.dvd && click.chkMulti) {
-            if (host.clearLog) host.clearLog();
-            bool useRaw = true;
-            const ToolRun run = deviceHost.execute(
-                " msinfo" + writeDevice(panel, click.settings, writer, useRaw, true, true, layer));
-            const std::vector<std::string> pieces = vb::Split(run.output, "\r\n");
-            const std::string last = pieces.empty() ? std::string() : pieces.back();
-            multiSessionArgs = " -C " + platform::quoteArgument(last, platform::Quoting::WhenNeeded);
-            if (click.chkImport)
-                multiSessionArgs += " -M " + platform::quoteArgument(
-                                                 layer.cdrdaoDevice(layer.addressOf(panel.cmbWriterDevice),
+    std::string multiSessionArgs;
+    if (!click.dvd && click.chkMulti) {
+        if (host.clearLog) host.clearLog();
+        bool useRaw = true;
+        const ToolRun run = deviceHost.execute(
+            " msinfo" + writeDevice(panel, click.settings, writer, useRaw, true, true, layer));
+        const std::vector<std::string> pieces = vb::Split(run.output, "\r\n");
+        const std::string last = pieces.empty() ? std::string() : pieces.back();
+        multiSessionArgs = " -C " + platform::quoteArgument(last, platform::Quoting::WhenNeeded);
+        if (click.chkImport)
+            multiSessionArgs +=
+                " -M " + platform::quoteArgument(layer.cdrdaoDevice(layer.addressOf(panel.cmbWriterDevice),
                                                                     click.settings.chkUseSPTI == 1, false),
                                                  platform::Quoting::WhenNeeded);
-        }
-        const Mode mode = deviceHost.mode();
-        deviceHost.setMode(Mode::HideMe);
-        const std::string mkisofs = platform::quoteArgument(click.mkisofs);
-        // genisoimage names itself "genisoimage: " whatever its link is
-        // called: there is no tool path to take out of its messages.
-        const ToolRun dryRun =
-            deviceHost.run
-                ? deviceHost.run(mkisofs + " -print-size" + multiSessionArgs + click.disc.isoCommand)
-                : ToolRun{};
-        deviceHost.setMode(mode);
-        const std::optional<double> extents = totalExtents(dryRun.output);
-        if (!extents) return deviceHost.status(deviceHost.text("msgFileCheckFail"));
-        slot.imageBytes = *extents * 2048;
-        deviceHost.status(deviceHost.text("msgFileCheckPass"));
-
-        bool useRaw = true;
-        const std::string toc = click.tempFolder + "/mkisofs.toc";
-        std::string writeCommand;
-        if (click.dvd) {
-            writeCommand = platform::quoteArgument(click.dvdTool) +
-                           writeDVDCommand(panel, click.settings, writer, useRaw, true,
-                                           click.settings.UseProDVD, layer) +
-                           // The blank before the size is deliberate; an image takes "-tsize=".
-                           " -tsize " + singleText(*extents) + "s -";
-        } else {
-            writeCommand = platform::quoteArgument(deviceHost.cdrdao) + " write" +
-                           writeDevice(panel, click.settings, writer, useRaw, true, true, layer) +
-                           WriteOptions(panel, click.settings) + platform::quoteArgument(toc);
-        }
-        if (!job.confirmed(slot.imageBytes, click.disc.largeFile)) return;
-        if (host.setProgressMax)
-            host.setProgressMax(static_cast<int>(std::lround(slot.imageBytes / 1048576)));
-        if (!click.dvd) writeSheet(toc, mkisofsToc(*extents, click.chkMulti || panel.chkMultiSession == 1));
-        const std::string commandFile = click.tempFolder + "/command.bat";
-        writeSheet(commandFile, platform::batchFileText(mkisofs + " " + multiSessionArgs + " -quiet " +
-                                                        click.disc.isoCommand + " | " + writeCommand));
-        slot.writeCommand = platform::quoteArgument(commandFile);
-        job.write(slot.writeCommand);
     }
+    const Mode mode = deviceHost.mode();
+    deviceHost.setMode(Mode::HideMe);
+    const std::string mkisofs = platform::quoteArgument(click.mkisofs);
+    // genisoimage names itself "genisoimage: " whatever its link is
+    // called: there is no tool path to take out of its messages.
+    const ToolRun dryRun =
+        deviceHost.run ? deviceHost.run(mkisofs + " -print-size" + multiSessionArgs + click.disc.isoCommand)
+                       : ToolRun{};
+    deviceHost.setMode(mode);
+    const std::optional<double> extents = totalExtents(dryRun.output);
+    if (!extents) return deviceHost.status(deviceHost.text("msgFileCheckFail"));
+    slot.imageBytes = *extents * 2048;
+    deviceHost.status(deviceHost.text("msgFileCheckPass"));
+
+    bool useRaw = true;
+    const std::string toc = click.tempFolder + "/mkisofs.toc";
+    std::string writeCommand;
+    if (click.dvd) {
+        writeCommand =
+            platform::quoteArgument(click.dvdTool) +
+            writeDVDCommand(panel, click.settings, writer, useRaw, true, click.settings.UseProDVD, layer) +
+            // The blank before the size is deliberate; an image takes "-tsize=".
+            " -tsize " + singleText(*extents) + "s -";
+    } else {
+        writeCommand = platform::quoteArgument(deviceHost.cdrdao) + " write" +
+                       writeDevice(panel, click.settings, writer, useRaw, true, true, layer) +
+                       WriteOptions(panel, click.settings) + platform::quoteArgument(toc);
+    }
+    if (!job.confirmed(slot.imageBytes, click.disc.largeFile)) return;
+    if (host.setProgressMax) host.setProgressMax(static_cast<int>(std::lround(slot.imageBytes / 1048576)));
+    if (!click.dvd) writeSheet(toc, mkisofsToc(*extents, click.chkMulti || panel.chkMultiSession == 1));
+    const std::string commandFile = click.tempFolder + "/command.bat";
+    writeSheet(commandFile, platform::batchFileText(mkisofs + " " + multiSessionArgs + " -quiet " +
+                                                    click.disc.isoCommand + " | " + writeCommand));
+    slot.writeCommand = platform::quoteArgument(commandFile);
+    job.write(slot.writeCommand);
 }
 
 void writeDVDImage(const DataWriteClick &click, DeviceState &devices, const DeviceHost &deviceHost,
