@@ -70,12 +70,15 @@ void DataLink::newDataJob(bool isDVD, bool isVideo) {
     host.ClearList = [this] { form_->ClearList(); };
     host.autoHideSettings = [this] { main_.autoHideSettings(); };
     host.showForm = [this](bool firstShow) {
+        form_->show();
         if (firstShow) {
+            // Placed once it is shown: before that the window manager's frame
+            // is unknown, and a window placed by a guess lands off the screen.
+            QCoreApplication::processEvents();
             // Below the main window where there is room, else above it, else
             // in the middle of the screen.
             const QRect main = main_.frameGeometry();
-            const int decoration = std::max(0, main.height() - main_.geometry().height());
-            const QSize size(form_->width(), form_->height() + decoration);
+            const QSize size = form_->frameGeometry().size();
             const QRect screen = main_.screen() ? main_.screen()->availableGeometry() : QRect();
             QPoint at(main.left(), main.bottom() + 1);
             if (screen.isValid() && at.y() + size.height() > screen.bottom())
@@ -87,7 +90,6 @@ void DataLink::newDataJob(bool isDVD, bool isVideo) {
                                    std::max(screen.left(), screen.right() - size.width())));
             form_->move(at);
         }
-        form_->show();
         form_->raise();
         form_->activateWindow();
     };
