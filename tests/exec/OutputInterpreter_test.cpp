@@ -147,11 +147,11 @@ TEST_F(Interpreter, DVDWriting) {
     feed(Mode::WriteDVD, {"Write data failed."});
     EXPECT_TRUE(view.writeFailed);
     view.writeSucceeded = false;
-    feed(Mode::WriteDVD, {"Blanking time:   42.000s"});
-    EXPECT_FALSE(view.writeSucceeded) << "a write that blanks first has not written yet";
-    state.erasing = true;
-    feed(Mode::WriteDVD, {"Blanking time:   42.000s"});
-    EXPECT_TRUE(view.writeSucceeded) << "a blank alone ends so";
+    for (bool erasing : {false, true}) {  // a write that blanks first has not written yet; a blank has ended
+        state.erasing = erasing;
+        feed(Mode::WriteDVD, {"Blanking time:   42.000s"});
+        EXPECT_EQ(view.writeSucceeded, erasing);
+    }
 }
 
 TEST_F(Interpreter, Reading) {
@@ -183,7 +183,6 @@ TEST_F(Interpreter, Reading) {
     EXPECT_EQ(view.status, "Readom Reading Sector #150");
     EXPECT_EQ(view.caption, "50% - saltmarrow");
     EXPECT_EQ(view.log.find("addr:"), std::string::npos);
-    EXPECT_EQ(view.count("kill"), 1);
     feed(Mode::DiscDump, {"Capacity: 301 Blocks = 602 kBytes", "readom: Permission denied. Cannot open 'x'."});
     EXPECT_TRUE(state.readTooLarge && view.writeFailed && view.count("kill") == 2);
 
