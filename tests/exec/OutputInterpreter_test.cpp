@@ -178,12 +178,15 @@ TEST_F(Interpreter, Reading) {
 
     // readom's dump: its capacity, its end and its addresses; a disc larger than the room is stopped.
     state.readRoom = 600 * 1024;
-    feed(Mode::DiscDump, {"Capacity: 300 Blocks = 600 kBytes = 0 MBytes = 0 prMB", "end:       300",
-                          "addr:      150 cnt: 128"}, 1);
+    feed(Mode::DiscDump,
+         {"Capacity: 300 Blocks = 600 kBytes = 0 MBytes = 0 prMB", "end:       300",
+          "addr:      150 cnt: 128"},
+         1);
     EXPECT_EQ(view.status, "Readom Reading Sector #150");
     EXPECT_EQ(view.caption, "50% - saltmarrow");
     EXPECT_EQ(view.log.find("addr:"), std::string::npos);
-    feed(Mode::DiscDump, {"Capacity: 301 Blocks = 602 kBytes", "readom: Permission denied. Cannot open 'x'."});
+    feed(Mode::DiscDump,
+         {"Capacity: 301 Blocks = 602 kBytes", "readom: Permission denied. Cannot open 'x'."});
     EXPECT_TRUE(state.readTooLarge && view.writeFailed && view.count("kill") == 2);
 
     view.run = [this](const std::string &) {

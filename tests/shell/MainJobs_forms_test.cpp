@@ -76,15 +76,17 @@ struct Jobs : ::testing::Test {
         DIR *proc = opendir("/proc");
         while (dirent *e = readdir(proc)) {
             const int pid = std::atoi(e->d_name);
-            alive = alive || (pid > 0 && processAlive(pid) &&
-                              readFile("/proc/" + std::to_string(pid) + "/cmdline").find(app) != std::string::npos);
+            alive = alive ||
+                    (pid > 0 && processAlive(pid) &&
+                     readFile("/proc/" + std::to_string(pid) + "/cmdline").find(app) != std::string::npos);
         }
         closedir(proc);
         return alive;
     }
     // Clicks Cancel once the line that starts with from has come.
     void cancelAt(const std::string &from) {
-        f().runner.objDOS.ReceiveOutputs = [this, from, interpret = f().runner.objDOS.ReceiveOutputs](auto &line) {
+        f().runner.objDOS.ReceiveOutputs = [this, from,
+                                            interpret = f().runner.objDOS.ReceiveOutputs](auto &line) {
             interpret(line);
             if (line.rfind(from, 0) == 0 && f().cmdWrite->text() == "&Cancel") f().cmdWrite->click();
         };
@@ -317,7 +319,9 @@ struct Reading : Jobs {
         h->dialogs.prompts.clear();
         for (const auto &a : answers) h->dialogs.answer(a);
     }
-    std::string prompt(std::size_t i) { return i < h->dialogs.prompts.size() ? h->dialogs.prompts[i].text : ""; }
+    std::string prompt(std::size_t i) {
+        return i < h->dialogs.prompts.size() ? h->dialogs.prompts[i].text : "";
+    }
 };
 
 TEST_F(Reading, EachKindOfDiscToItsImage) {
@@ -352,12 +356,14 @@ TEST_F(Reading, CopyOnTheFlyNeedsTwoDrives) {
     f().mnuConfirmWrite->setChecked(true);
     answer({mb::OK, mb::OK});
     f().mnuCopyCD->trigger();
-    EXPECT_EQ(prompt(0), "Reader:\t/dev/sr2: ASUS, DVD: E818A9T\r\nWriter:\t/dev/sr0: PLEXTOR, CD-R   PX-W4012A\r\n"
-                         "\r\n1 MB to be copied on the fly (807 MB free).");
+    EXPECT_EQ(prompt(0),
+              "Reader:\t/dev/sr2: ASUS, DVD: E818A9T\r\nWriter:\t/dev/sr0: PLEXTOR, CD-R   PX-W4012A\r\n"
+              "\r\n1 MB to be copied on the fly (807 MB free).");
     EXPECT_EQ(calls("cdrdao copy"),
-              std::vector<std::string>{"cdrdao copy --on-the-fly --fast-toc --source-device /dev/sr2 --source-driver "
-                                       "generic-mmc:0x200000 --paranoia-mode 0 --device /dev/sr0 --driver "
-                                       "generic-mmc:0x0 --eject --reload --speed 40 -n --buffers 256 -v 2"});
+              std::vector<std::string>{
+                  "cdrdao copy --on-the-fly --fast-toc --source-device /dev/sr2 --source-driver "
+                  "generic-mmc:0x200000 --paranoia-mode 0 --device /dev/sr0 --driver "
+                  "generic-mmc:0x0 --eject --reload --speed 40 -n --buffers 256 -v 2"});
     EXPECT_EQ(status().substr(0, 29), "Writing finished successfully");
     f().cmbReaderDevice->setCurrentIndex(0);
     answer({mb::OK});
@@ -383,8 +389,16 @@ TEST_F(Reading, WhatCannotBeReadIsSaid) {
         {"CD-ROM", "300", &frmMain::mnuDDump, {}, "This disc holds no data track to dump."},
         {"CD-ROM", "300", &frmMain::mnuReadCD, {mb::OK, "/proc/x.toc"}, "Could not open file for writing"},
         {"CD-ROM", "2000000000", &frmMain::mnuReadCD, {mb::OK, x}, "Insufficient free space"},
-        {"CD-ROM", "75 75\nvanish = read-cd", &frmMain::mnuReadCD, {mb::OK, x, mb::Yes}, "Delete partial image"},
-        {"CD-ROM", "300 300\nwrite_delay_ms = 300", &frmMain::mnuReadCD, {mb::OK, x, mb::Yes}, "Delete partial"},
+        {"CD-ROM",
+         "75 75\nvanish = read-cd",
+         &frmMain::mnuReadCD,
+         {mb::OK, x, mb::Yes},
+         "Delete partial image"},
+        {"CD-ROM",
+         "300 300\nwrite_delay_ms = 300",
+         &frmMain::mnuReadCD,
+         {mb::OK, x, mb::Yes},
+         "Delete partial"},
     };
     disc("n/a", "");
     cancelAt("00:02:00");
