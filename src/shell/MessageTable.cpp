@@ -14,7 +14,7 @@ struct DefaultMessage {
 // The English texts, in the order the language template lists them. Spelling
 // slips ("tempory", "Recieving", "Reparied") are part of the keys and texts
 // that translators and older language files already know; keep them.
-constexpr std::array<DefaultMessage, 262> kDefaultMessages{{
+constexpr std::array<DefaultMessage, 263> kDefaultMessages{{
     {"msgWriteProgress", "Wrote %1 of %2 MB"},
     {"msgWriteBuffer", "Buffer"},
     {"msgNoImageLoaded", "NO IMAGE LOADED"},
@@ -209,6 +209,7 @@ constexpr std::array<DefaultMessage, 262> kDefaultMessages{{
     {"msgAddData", "Please add some data to write!"},
     {"msgISOSize", "Estimated ISO size is "},
     {"msgDataLoadMain", " MB, load into main?"},
+    {"msgLargeFileUDF", "Files of 4 GB or more are seen whole only by readers of UDF."},
     {"msgNodeNotFound", "Node not found."},
     {"msgTotalSize", "Total Size: "},
     {"msgIllegalFilename", "The following file could not be added:"},

@@ -10,6 +10,7 @@
 #include <string>
 
 #include "devices/DeviceHost.h"
+#include "discops/DataWrite.h"
 #include "discops/Fragments.h"
 #include "discops/ImageSlot.h"
 #include "exec/CommandRunner.h"
@@ -155,7 +156,8 @@ public:
     InterpreterState interpreterState;
     std::unique_ptr<OutputInterpreter> interpreter;
     discops::ImageSlot slot;
-    std::string strTempName;  // the temporary folder of a compiled audio project
+    std::string strTempName;     // the temporary folder of a compiled audio project
+    discops::DataDisc dataDisc;  // what the data form handed over for writeDataCD
     // The jobs of the mastering and copy forms, where they exist.
     std::function<void()> copyDisc;
     std::function<void()> writeDataCD;
