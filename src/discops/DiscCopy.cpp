@@ -178,7 +178,8 @@ void copyDisc(const DiscJobHost &host, const DiscJobPanels &panels) {
     const Job job{host, panels};
     const std::string &reader = panels.read.cmbReaderDevice, &writer = panels.write.cmbWriterDevice;
     if (reader.empty()) {
-        job.box("msgSelectWriter", mb::Exclamation);  // the message there has always been for this
+        // The writer's message for the missing reader, as the program has always said it.
+        job.box("msgSelectWriter", mb::Exclamation);
         return job.openSettingsIfClosed();
     }
     if (job.indexOf(reader) == job.indexOf(writer)) {
@@ -341,6 +342,7 @@ void mnuDDump_Click(const DiscJobHost &host, const DiscJobPanels &panels) {
     host.setLastReadFolder(parentFolder(image));
     // The size is known once the tool has said it: a disc larger than the room stops it then.
     if (!job.roomFor(image, 0)) return;
+    removeFile(image);  // the dialog asked before it named a file that is there: what is left is the dump's
     const auto space = platform::volumeSpace(parentFolder(image));
     InterpreterState &reading = *host.reading;
     reading.readRoom = space ? static_cast<double>(space->availableBytes) : -1;
@@ -387,7 +389,7 @@ void mnuResetWriter_Click(const DiscJobHost &host, const DiscJobPanels &panels) 
     device.setMode(Mode::Reset);
     const std::string unlocking = job.text("msgUnlockDrive");
     device.status(unlocking);
-    // Only the exit status tells: the tool says nothing when it succeeds.
+    // The exit status alone tells whether the drive let go.
     if (device.run(quoteArgument(host.tools.cdrdao) + " unlock" + job.writerFragment(false)).ok) {
         device.setLogText(device.logText() + " Done.");
         device.status(unlocking + " " + job.text("msgDone"));
