@@ -14,7 +14,7 @@ struct DefaultMessage {
 // The English texts, in the order the language template lists them. Spelling
 // slips ("tempory", "Recieving", "Reparied") are part of the keys and texts
 // that translators and older language files already know; keep them.
-constexpr std::array<DefaultMessage, 259> kDefaultMessages{{
+constexpr std::array<DefaultMessage, 263> kDefaultMessages{{
     {"msgWriteProgress", "Wrote %1 of %2 MB"},
     {"msgWriteBuffer", "Buffer"},
     {"msgNoImageLoaded", "NO IMAGE LOADED"},
@@ -69,6 +69,12 @@ constexpr std::array<DefaultMessage, 259> kDefaultMessages{{
     {"msgReaderDeviceEmpty", "Reader Device is empty!"},
     {"msgWriterDeviceEmpty", "Writer Device is empty!"},
     {"msgNoDVDRead", "DVD Read currently unsupported!"},
+    {"msgDumpNoData", "This disc holds no data track to dump. Read it to an image instead."},
+    {"msgReplaceImage", "These files of the image will be replaced:"},
+    {"msgTrayLocked", "- the tray may stay locked: Tools, Reset Writer frees it."},
+    {"logMixedImage",
+     "The disc holds data and audio tracks: the image stays a toc file, since a cue sheet would give "
+     "its audio in the wrong byte order."},
     {"msgConfiguringDevices", "Configuring devices..."},
     {"msgScanningForDevices", "Scanning for devices..."},
     {"msgProDVDASPI", "An ASPI layer is required to use ProDVD"},

@@ -45,7 +45,9 @@ class frmLog;
 class frmStartUp;
 namespace discops {
 struct Refusal;
-}
+struct DiscJobHost;
+struct DiscJobPanels;
+}  // namespace discops
 namespace platform {
 class Dialogs;
 class Sounds;
@@ -105,6 +107,10 @@ public:
     void mnuDeviceSettings_Click();
     void mnuDeviceInfo_Click();
     void mnuErase_Click();
+    void mnuCopyCD_Click();
+    void mnuReadCD_Click();
+    void mnuDDump_Click();
+    void mnuResetWriter_Click();
     void mnuDonate_Click();
     void mnuAbout_Click();
     void mnuRestore_Click();
@@ -211,6 +217,8 @@ private:
     std::string writerDeviceFragment();
 
     void connectHandlers();
+    void connectDiscJobs();  // the copy, read, dump and unlock jobs (frmMainDiscJobs.cpp)
+    void runDiscJob(void (*job)(const discops::DiscJobHost &, const discops::DiscJobPanels &));
     void on(QObject *sender, const char *procedure, const std::function<void()> &handler);
     void run(const char *procedure, const std::function<void()> &handler);
     void showRefusal(const discops::Refusal &refusal);
