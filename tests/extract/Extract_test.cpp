@@ -30,8 +30,7 @@ TEST(ExtractScan, AudioTracksBecomeRowsNumberedByRows) {
         // A data track first: rows count from 1, the disc's numbers stay with them.
         {{"Album title: 'It\\'s \\\\Live' from 'AC/DC'",
           "T01:       0 10:00.00 data uninterrupted copydenied N/A",
-          "T02:   45000  4:12.45 audio linear copydenied stereo title 'Back\\\\sl\\'ash' from 'Gu\x01"
-          "est'",
+          "T02:   45000  4:12.45 audio linear copydenied stereo title 'Back\\\\sl\\'ash' from 'Gu\001est'",
           "T03:   63945  0:05.70 audio linear copyallowed stereo title '' from ''", "Leadout:   64372"},
          {"AC/DC - It's Live", "01 - Backsl'ash|04:12:45|Gu est|2",
           "02 - Unknown Title|00:05:70|Unknown Artist|3"}},

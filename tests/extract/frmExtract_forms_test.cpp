@@ -18,9 +18,7 @@ namespace fs = std::filesystem;
 TEST(ExtractWindow, BadInputIsToldAndNothingIsWrittenOutsideTheFolder) {
     const std::vector<std::string> three = {"01 - Hells Bells", "02 - ..", "03 - \" | rm -rf ~ \""};
     // A data track first, and CD-Text with control characters.
-    const std::string mixed =
-        "tracks = 150 75\ndata_tracks = 1\ntitle2 = A\tB\x01"
-        "C\n";
+    const std::string mixed = "tracks = 150 75\ndata_tracks = 1\ntitle2 = A\tB\001C\n";
     struct Case {
         std::string disc;         // empty: no disc in the drive
         const char *key, *value;  // a setting before the run
@@ -28,7 +26,9 @@ TEST(ExtractWindow, BadInputIsToldAndNothingIsWrittenOutsideTheFolder) {
         std::vector<std::string> rows, files;
         const char *box;  // empty: none
         bool drive = true;
-    } cases[] = {
+    };
+    // clang-format off
+    const Case cases[] = {
         {kThreeTracks, "", "", 0, {}, {}, "Please select a Read Device.", false},
         {"", "", "", 0, {}, {}, "Please insert the disc to be read!"},
         {"tracks = 4500\ndata_tracks = 1\n", "", "", 0, {}, {}, ""},
@@ -36,14 +36,9 @@ TEST(ExtractWindow, BadInputIsToldAndNothingIsWrittenOutsideTheFolder) {
         {kThreeTracks, "ExtractPath", "/%4", 0, three, {}, "template \"/%4\" has to name a file below"},
         {kThreeTracks, "", "", 1, three, {}, "/external/lame was not found."},
         {kThreeTracks, "MRUExtract", "/proc", 0, three, {}, "The folder /proc/AC-DC cannot be written to."},
-        {mixed,
-         "",
-         "",
-         0,
-         {"01 - A B C"},
-         {"Unknown Artist/Unknown Album/01 - A B C.wav"},
-         "1 tracks extracted"},
+        {mixed, "", "", 0, {"01 - A B C"}, {"Unknown Artist/Unknown Album/01 - A B C.wav"}, "1 tracks extracted"},
     };
+    // clang-format on
     for (const Case &c : cases) {
         ExtractRig r(c.disc, {}, c.drive);
         SCOPED_TRACE(c.disc + c.key + c.value);
@@ -57,10 +52,8 @@ TEST(ExtractWindow, BadInputIsToldAndNothingIsWrittenOutsideTheFolder) {
             if (e.is_regular_file() && e.path().string().find(r.app) != 0)
                 files.push_back(fs::relative(e.path(), r.music).string());
         EXPECT_EQ(files, c.files);
-        EXPECT_TRUE(livingProcessesNaming(r.app).empty())
-            << "the prompt for a disc is answered by ending the run";
-        EXPECT_EQ(fakeCalls(r.app, "cdda2wav dev=/dev/sr0 -gui -B -H -x -t2+2 ").size(), c.files.size())
-            << "the disc's number";
+        EXPECT_TRUE(livingProcessesNaming(r.app).empty()) << "a prompt for a disc ends the run";
+        EXPECT_EQ(fakeCalls(r.app, "cdda2wav dev=/dev/sr0 -gui -B -H -x -t2+2 ").size(), c.files.size());
     }
 }
 
@@ -77,9 +70,9 @@ TEST(ExtractSettings, WaveHasNoCommandAndCancelKeepsOnlyTheChoiceOfEncoder) {
     for (int encoder : {0, 1}) {
         d.cmbEncoder->setCurrentIndex(encoder);
         d.cmbEncoder_Click();
-        EXPECT_EQ(d.txtCommand->isEnabled() && d.txtTagging->isEnabled(), encoder == 1)
-            << "Wave has no program";
-        EXPECT_TRUE(d.txtExtension->isEnabled());
+        // Wave has no program to command, but an extension.
+        EXPECT_EQ(d.txtCommand->isEnabled() + d.txtTagging->isEnabled() + d.txtExtension->isEnabled(),
+                  1 + 2 * encoder);
         d.txtExtension->setText("wave");  // lost with the change of row
     }
     d.txtCommand->setText("-V 2 %in %out");
