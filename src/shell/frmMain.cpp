@@ -40,6 +40,7 @@
 #include "platform/Sounds.h"
 #include "shell/AudioLink.h"
 #include "shell/DataLink.h"
+#include "shell/ExtractLink.h"
 #include "shell/LanguageForms.h"
 #include "shell/MainInterpreterView.h"
 #include "shell/ProductPicture.h"
@@ -144,6 +145,7 @@ void frmMain::connectHandlers() {
     on(mnuDeviceInfo, "mnuDeviceInfo_Click", [this] { mnuDeviceInfo_Click(); });
     on(mnuErase, "mnuErase_Click", [this] { mnuErase_Click(); });
     on(mnuAudioCD, "mnuAudioCD_Click", [this] { showAudioCD(*this); });
+    on(mnuExtractTracks, "mnuExtractTracks_Click", [this] { showExtractTracks(*this); });
     on(mnuLanguages, "mnuLanguages_Click", [this] {
         autoHideSettings();
         frmLanguage dialog(appDir, settings.text("Language"), messages, *env_.dialogs, this);

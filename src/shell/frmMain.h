@@ -40,6 +40,7 @@ class ErrorReporter;
 class frmAudioCD;
 class frmDeviceInfo;
 class frmEraseCD;
+class frmExtractTracks;
 class frmLog;
 class frmStartUp;
 namespace discops {
@@ -163,6 +164,7 @@ public:
     std::function<void()> writeDataCD;
     std::function<void()> writeDVDImage;
     QPointer<frmAudioCD> audioCD;  // once mnuAudioCD has opened it
+    QPointer<frmExtractTracks> extractTracks;  // once mnuExtractTracks has opened it
     CommandRunner runner;
 
     // Controls, named as the language files know them.

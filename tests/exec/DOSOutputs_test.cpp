@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <dirent.h>
 #include <filesystem>
 #include <fstream>
 #include <sys/resource.h>
@@ -61,19 +60,6 @@ Outcome run(const std::string &command, int bufferSize = 256, std::function<void
 
 using Lines = std::vector<std::string>;
 
-std::vector<int> processesWithArgument(const std::string &marker) {
-    std::vector<int> found;
-    DIR *proc = opendir("/proc");
-    while (dirent *e = readdir(proc)) {
-        int pid = std::atoi(e->d_name);
-        if (pid <= 0) continue;
-        std::string cmdline = readFile("/proc/" + std::to_string(pid) + "/cmdline");
-        if (cmdline.find(marker) != std::string::npos && test::processAlive(pid)) found.push_back(pid);
-    }
-    closedir(proc);
-    return found;
-}
-
 }  // namespace
 
 TEST(DOSOutputs, EmptyOrUnstartableCommandGivesFalseAndNoEvent) {
@@ -106,6 +92,17 @@ TEST(DOSOutputs, UnfinishedLineWaitsForTheEndOfTheProcess) {
     EXPECT_EQ(r.events.back(), "L:abc");
     EXPECT_GT(r.nulls, 10);
     EXPECT_TRUE(r.total.empty()) << "the carry is not part of totalOutput";
+}
+
+TEST(DOSOutputs, AQuestionWithoutLineEndIsSeenWhileTheToolWaits) {
+    DOSOutputs dos;
+    Lines open;
+    dos.openLine = [&](const std::string &text) {
+        open.push_back(text);
+        dos.killInstantly();
+    };
+    EXPECT_FALSE(dos.ExecuteCommand(scripted({"out", "insert a disc and press enter", "hang"})));
+    EXPECT_EQ(open, Lines{"insert a disc and press enter"});
 }
 
 TEST(DOSOutputs, SilentProcessSucceedsWithHeartbeats) {
@@ -252,13 +249,13 @@ TEST(BatchPipeline, CancelLeavesNoStageAlive) {
     std::vector<int> aliveAtCancel;
     Outcome r = run(quoteArgument(dir.file("command.bat")), 256, [&](DOSOutputs &dos, const std::string &line) {
         if (line == "read 5 MB") {
-            aliveAtCancel = processesWithArgument(marker);
+            aliveAtCancel = test::livingProcessesNaming(marker);
             dos.killInstantly();
         }
     });
     EXPECT_FALSE(r.result);
     EXPECT_EQ(aliveAtCancel.size(), 1u) << "the writing stage ran until the cancel";
-    EXPECT_TRUE(processesWithArgument(marker).empty());
+    EXPECT_TRUE(test::livingProcessesNaming(marker).empty());
     EXPECT_NE(r.lines.back(), "total " + marker + " bytes");
 }
 

@@ -1,6 +1,5 @@
 // The user's jobs from end to end: the main window with the fake drive in
 // its tools folder, real sheets on disk, the questions answered by script.
-#include <dirent.h>
 #include <gtest/gtest.h>
 
 #include <QApplication>
@@ -71,18 +70,7 @@ struct Jobs : ::testing::Test {
     }
     std::vector<std::string> calls(const std::string &prefix) { return fakeCalls(app, prefix); }
     // A tool of the program's folder is still in the process table.
-    bool toolAlive() {
-        bool alive = false;
-        DIR *proc = opendir("/proc");
-        while (dirent *e = readdir(proc)) {
-            const int pid = std::atoi(e->d_name);
-            alive = alive ||
-                    (pid > 0 && processAlive(pid) &&
-                     readFile("/proc/" + std::to_string(pid) + "/cmdline").find(app) != std::string::npos);
-        }
-        closedir(proc);
-        return alive;
-    }
+    bool toolAlive() { return !livingProcessesNaming(app).empty(); }
     // Clicks Cancel once the line that starts with from has come.
     void cancelAt(const std::string &from) {
         f().runner.objDOS.ReceiveOutputs = [this, from,

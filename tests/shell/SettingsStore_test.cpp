@@ -104,7 +104,7 @@ TEST(SettingsStore, FileLayoutFollowsTheTable) {
               std::string::npos);
     EXPECT_NE(
         file.find("\r\nEncoderSettings=Wave||||wav\r\nEncoderSettings=Lame|lame|--alt-preset standard -Y "
-                  "%in %out|--tl %2 --tn %3 --tt %4 --ta %5 --add-id3v2|mp3\r\n"),
+                  "%in %out|--id3v2-latin1 --tl %2 --tn %3 --tt %4 --ta %5 --add-id3v2|mp3\r\n"),
         std::string::npos);
     EXPECT_EQ(file.substr(file.size() - 14), "UseEncoder=0\r\n");
     for (const char *header : {"[Device Settings]", "[Advanced Settings]", "[Audio CD]", "[Data CD]",
