@@ -70,6 +70,7 @@ frmDataCD::frmDataCD(DataFormHost host, QWidget *owner) : QMainWindow(owner), ho
         QIcon::setFallbackThemeName(QStringLiteral("Adwaita"));
     buildControls();
     job_ = std::make_unique<data::DataJob>(project, jobHost());
+    build_ = std::make_unique<data::IsoBuild>(*job_, host_.build);
     iso_ = new frmISOSettings(job_->host(), this);
     iso_->onLabel = [this](const std::string &label) {
         if (!project.renameNode(project.root(), label) || project.root() >= items_.size()) return;
@@ -402,8 +403,14 @@ void frmDataCD::enableImageList(bool enabled) {
 }
 
 void frmDataCD::cmdBurn_Click() {
-    if (job_->cancelClick(cmdBurn->text().toStdString())) return;
-    if (host_.startBuild) host_.startBuild(*this);
+    if (build_->cancelClick(cmdBurn->text().toStdString())) return;
+    data::BurnClick click;
+    click.chkCreateISO = chkCreateISO->isChecked();
+    click.mnuAutoWrite = mnuAutoWrite->isChecked();
+    click.mnuISOSettings = mnuISOSettings->isChecked();
+    click.showIsoSettings = [this] { iso_->exec(); };
+    click.isoSettings = [this] { return iso_->snapshot(); };
+    build_->cmdBurn_Click(click);
 }
 
 void frmDataCD::removeSelectedRows() {

@@ -12,6 +12,7 @@
 #include "data/DataHost.h"
 #include "data/DataJob.h"
 #include "data/DataProject.h"
+#include "data/IsoBuild.h"
 
 class QAction;
 class QCheckBox;
@@ -40,8 +41,8 @@ struct DataFormHost {
     std::function<bool()> onTop;
     // Runs an event handler under the error report.
     std::function<void(const char *procedure, const std::function<void()> &handler)> guard;
-    // cmdBurn when no add is running: the image build and the write.
-    std::function<void(frmDataCD &form)> startBuild;
+    // cmdBurn: the image build, or the hand-over for the write.
+    data::IsoBuildHost build;
 };
 
 // The data mastering form: one project, a folder tree on the left and the
@@ -55,6 +56,7 @@ public:
 
     data::DataProject project;
     data::DataJob &job() { return *job_; }
+    data::IsoBuild &build() { return *build_; }
     frmISOSettings *iso() const { return iso_; }
     // An add is running.
     bool busy() const { return busy_; }
@@ -113,6 +115,7 @@ private:
 
     DataFormHost host_;
     std::unique_ptr<data::DataJob> job_;
+    std::unique_ptr<data::IsoBuild> build_;
     frmISOSettings *iso_ = nullptr;
     std::vector<QTreeWidgetItem *> items_;  // by node id
     QHash<QString, QIcon> icons_;

@@ -16,6 +16,7 @@ constexpr std::string_view kMaxWriteSpeed = "Maximum writing speed: ";  // "%d k
 constexpr std::string_view kBurnProof = "BurnProof supported: yes";
 constexpr std::string_view kMountedMedia = "Mounted Media:";  // " %Xh, %s"
 constexpr std::string_view kNoMedia = "no media mounted";
+constexpr std::string_view kFreeBlocks = "Free Blocks:";  // " %u*2KB", one line per track
 constexpr std::string_view kDiscRead = "That data below may not reflect";
 constexpr double kCDStep = 176.4;
 constexpr double kDVDStep = 1385.0;
@@ -49,6 +50,12 @@ std::string dvdMediumType(std::string_view mediaInfoOutput) {
     const std::string profile = mounted->substr(comma + 2);
     const std::string type = profile.substr(0, profile.find(' '));
     return Left(type, 3) == "DVD" ? type : std::string();
+}
+
+long dvdFreeBlocks(std::string_view mediaInfoOutput) {
+    const std::size_t at = mediaInfoOutput.rfind(kFreeBlocks);
+    if (at == std::string_view::npos) return 0;
+    return static_cast<long>(Val(mediaInfoOutput.substr(at + kFreeBlocks.size())));
 }
 
 std::string cdMediumType(std::string_view diskInfoOutput) {

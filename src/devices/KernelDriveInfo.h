@@ -21,6 +21,9 @@ long topWriteSpeed(std::string_view driveInfoOutput, bool dvd);
 // The medium "dvd+rw-mediainfo" reports: "DVD+R", "DVD-RW", ...; "n/a" for
 // an empty drive; empty when the disc is no DVD or the output says nothing.
 std::string dvdMediumType(std::string_view mediaInfoOutput);
+// The room left on a DVD: the last "Free Blocks: N*2KB" dvd+rw-mediainfo
+// reports, in blocks of 2048 bytes; 0 when it says none.
+long dvdFreeBlocks(std::string_view mediaInfoOutput);
 // The medium "cdrdao disk-info" reports: "CD-RW", "CD-R" or "CD-ROM";
 // "n/a" when it read no disc.
 std::string cdMediumType(std::string_view diskInfoOutput);

@@ -204,6 +204,7 @@ void DOSOutputs::ExecuteCommand(const std::string &commandLine, short &bufferSiz
                 from = at + 2;
             }
         }
+        if (!carry.empty() && openLine) openLine(carry);
         letEventsRun();
         if (atEnd) break;
     }

@@ -25,6 +25,10 @@ public:
     // Events, in their order of declaration.
     std::function<void(const std::string &line)> ReceiveOutputs;
     std::function<void()> nullOutputs;
+    // The start of a line whose end has not come yet, each time more of it
+    // arrives: a tool that asks a question and waits for the answer never
+    // ends the line it asks it in.
+    std::function<void(const std::string &text)> openLine;
     // One step of the interface's event loop ("let events run"). The runner
     // takes one at most every 10 ms, and before each line it hands on once
     // that much time has passed.

@@ -5,7 +5,7 @@ namespace saltmarrow {
 
 // The task of the main form. It decides how the lines of a running tool are
 // read; Reset and ISO match nothing there, so that their output shows as it
-// comes.
+// comes. DiscDump is a disc read sector by sector into an image file.
 enum class Mode {
     None,
     HideMe,
@@ -23,6 +23,7 @@ enum class Mode {
     WriteDVD,
     Reset,
     ISO,
+    DiscDump,
 };
 
 }  // namespace saltmarrow

@@ -91,7 +91,7 @@ constexpr std::string_view kAlwaysHidden[] = {
     "That data below may not reflect the real status of the inserted medium",
 };
 
-enum class Reading { Hide, DVDSize, DiscInfo, VersionInfo, ReadCD, ReadTOC, Write, DVD };
+enum class Reading { Hide, DVDSize, DiscInfo, VersionInfo, ReadCD, ReadTOC, Write, DVD, Dump };
 
 struct ModeRow {
     Mode mode;
@@ -106,8 +106,24 @@ constexpr ModeRow kModes[] = {
     {Mode::AudioCD, Reading::Write},     {Mode::WriteCD, Reading::Write},
     {Mode::EraseCD, Reading::Write},     {Mode::CopyCD, Reading::Write},
     {Mode::DataCD, Reading::Write},      {Mode::DataDVD, Reading::DVD},
-    {Mode::WriteDVD, Reading::DVD},
+    {Mode::WriteDVD, Reading::DVD},      {Mode::DiscDump, Reading::Dump},
 };
+
+// The reading tools, as the status line names them while they read.
+struct ReaderRow {
+    Mode mode;
+    std::string_view status;
+};
+constexpr ReaderRow kReaders[] = {
+    {Mode::ReadCD, "Cdrdao Reading Sector #"},
+    {Mode::DiscDump, "Readom Reading Sector #"},
+};
+
+const ReaderRow *readerOf(Mode mode) {
+    for (const ReaderRow &row : kReaders)
+        if (row.mode == mode) return &row;
+    return nullptr;
+}
 
 constexpr std::string_view kReloadPhrase =
     "if a simulation run was performed before. Reload the medium in this case.";
@@ -197,6 +213,9 @@ void OutputInterpreter::objDOS_ReceiveOutputs(const std::string &received) {
             case Reading::DVD:
                 hide = recieveDVD(line);
                 break;
+            case Reading::Dump:
+                hide = recieveDump(line);
+                break;
         }
         break;
     }
@@ -207,7 +226,7 @@ void OutputInterpreter::objDOS_ReceiveOutputs(const std::string &received) {
 }
 
 void OutputInterpreter::objDOS_nullOutputs() {
-    if (view_.currentMode() == Mode::ReadCD) recieveReadCD();
+    if (readerOf(view_.currentMode())) recieveReadCD();
 }
 
 bool OutputInterpreter::translateLog(const std::string &line, std::string &translated,
@@ -292,6 +311,8 @@ bool OutputInterpreter::recieveDVD(const std::string &line) {
         if (holds(line, phrase)) hide = true;
     if (line.empty() && view_.logEmpty()) hide = true;
     if (holds(line, "Fixating time:") || holds(line, "Writing  time:")) view_.setWriteSucceeded();
+    // The writer ends a blank with its time and nothing else.
+    if (state_.erasing && holds(line, "Blanking time: ")) view_.setWriteSucceeded();
 
     // "Track 01:   12 of  700 MB written (fifo 100%) [buf  99%]"
     const std::size_t mbWritten = InStr(line, " MB written", Compare::Text);
@@ -369,10 +390,11 @@ bool OutputInterpreter::checkRead(const std::string &line) {
 bool OutputInterpreter::recieveReadCD() {
     bool hide = false;
     for (int i = 0; i < 4; ++i) view_.letEventsRun();
-    if (due(state_.lastReadUpdate, false) && view_.currentMode() == Mode::ReadCD) {
+    const ReaderRow *reader = readerOf(view_.currentMode());
+    if (due(state_.lastReadUpdate, false) && reader) {
         state_.lastReadUpdate = clock_();
         if (state_.readSector != 0) {
-            view_.setStatus("Cdrdao Reading Sector #" + std::to_string(state_.readSector));
+            view_.setStatus(std::string(reader->status) + std::to_string(state_.readSector));
             const long percent = state_.readSectors > 0
                                      ? static_cast<long>(std::floor(static_cast<double>(state_.readSector) /
                                                                     state_.readSectors * 100))
@@ -387,6 +409,23 @@ bool OutputInterpreter::recieveReadCD() {
         hide = true;
     }
     return hide;
+}
+
+bool OutputInterpreter::recieveDump(const std::string &line) {
+    // readom's errors all begin so: "readom: Input/output error. Cannot read source disk".
+    if (holds(line, "Cannot ")) view_.setWriteFailed();
+    if (Left(line, 10) == "Capacity: ") {  // "Capacity: 2295104 Blocks = 4590208 kBytes = ..."
+        state_.discBytes = static_cast<float>(Val(Mid(line, InStr(line, "= ") + 2)) * 1024);
+        if (state_.readRoom >= 0 && state_.discBytes > state_.readRoom) {
+            state_.readTooLarge = true;
+            view_.killInstantly();
+        }
+    }
+    if (Left(line, 5) == "end: ") state_.readSectors = static_cast<float>(Val(Mid(line, 6)));
+    if (Left(line, 6) != "addr: ") return false;  // "addr:   123456 cnt: 128"
+    state_.readSector = static_cast<std::int32_t>(Val(Mid(line, 7)));
+    recieveReadCD();
+    return true;
 }
 
 bool OutputInterpreter::readcd(const std::string &command) {

@@ -63,6 +63,10 @@ struct InterpreterState {
     double lastDVDUpdate = 0;
     double lastWriteUpdate = 0;
     bool reading = false;  // a disc read is under way
+    bool erasing = false;  // the DVD writer blanks a disc: its blanking time is its success
+    // Free bytes where a dump goes (negative: not known); a larger disc stops the dump.
+    double readRoom = -1;
+    bool readTooLarge = false;  // the dump was stopped for that
 };
 
 // Turns the lines of a running tool into status, progress, log lines and
@@ -88,6 +92,8 @@ public:
     bool recieveTOC(const std::string &line);
     bool checkRead(const std::string &line);
     bool recieveReadCD();
+    // readom's lines: its capacity, its progress and its errors.
+    bool recieveDump(const std::string &line);
     // The frame of a disc read: runs command and reports the outcome.
     bool readcd(const std::string &command);
 

@@ -1,7 +1,9 @@
 #include "platform/SystemInfo.h"
 
-#include <fstream>
+#include <langinfo.h>
 #include <sys/utsname.h>
+
+#include <fstream>
 
 namespace saltmarrow::platform {
 
@@ -21,5 +23,9 @@ std::string platformVersion() {
     return kernel + "\t" + distribution;
 }
 
+std::string localeCodeset() {
+    const char *codeset = nl_langinfo(CODESET);
+    return codeset ? codeset : "";
+}
 
 }  // namespace saltmarrow::platform

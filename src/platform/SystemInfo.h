@@ -9,6 +9,9 @@ namespace saltmarrow::platform {
 // and the distribution's name, for the error report.
 std::string platformVersion();
 
+// The character set of the locale as the C library names it ("UTF-8").
+std::string localeCodeset();
+
 }  // namespace saltmarrow::platform
 
 #endif

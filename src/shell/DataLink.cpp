@@ -1,13 +1,24 @@
 #include "shell/DataLink.h"
 
 #include <QAction>
+#include <QCheckBox>
 #include <QCoreApplication>
+#include <QLabel>
 #include <QMenu>
+#include <QProgressBar>
+#include <QPushButton>
 #include <QScreen>
+#include <QTimer>
 
 #include "data/NewDataJob.h"
+#include "data/frmISOSettings.h"
+#include "discops/frmEraseCD.h"
+#include "exec/frmLog.h"
+#include "platform/EventWait.h"
+#include "platform/SystemInfo.h"
 #include "shell/LanguageForms.h"
 #include "support/ErrorReport.h"
+#include "support/TimeText.h"
 
 namespace saltmarrow {
 
@@ -20,6 +31,41 @@ DataLink::DataLink(frmMain &main, const ShellEnvironment &env) : main_(main), en
                              const std::string procedure = name.toStdString() + "_Click";
                              guard(procedure.c_str(), [&] { newDataJob(kind.first, kind.second); });
                          });
+    main.writeDataCD = [this] { writeData(false); };
+    main.writeDVDImage = [this] { writeData(true); };
+}
+
+void DataLink::writeData(bool image) {
+    frmMain &m = main_;
+    discops::DataWriteClick click;
+    click.dvd = image || m.currentMode == Mode::DataDVD;
+    click.panel = m.writePanel();
+    click.settings = m.fragmentSettings();
+    click.availableInterfaces = m.deviceState.availableInterfaces;
+    click.confirmWrite = m.mnuConfirmWrite->isChecked();
+    if (form_) {
+        click.chkMulti = form_->iso()->box(data::IsoBox::Multi)->isChecked();
+        click.chkImport = form_->iso()->box(data::IsoBox::Import)->isChecked();
+    }
+    click.disc = m.dataDisc;
+    click.mkisofs = m.paths.strMkisofs;
+    click.dvdTool = m.paths.strdvdrecord;
+    click.tempFolder = m.appDir + "/external/TEMP";
+    discops::DataWriteHost host;
+    host.enableControls = [&m](bool enable) { m.enableControls(enable, false); };
+    host.refreshMedia = [&m] {
+        m.updateMediaInfo(false, false, false);
+        return m.writePanel();
+    };
+    host.offerErase = [&m] { return m.eraseForm->offerErase(); };
+    host.clearLog = [&m] { m.log->clearLog(); };
+    host.setProgressMax = [&m](int max) { m.ProgressBar1->setMaximum(std::max(max, 1)); };
+    host.writeFrame = [&m](const std::string &command) { m.writeFrame(command); };
+    const DeviceHost devices = m.deviceHost();
+    if (image)
+        discops::writeDVDImage(click, m.deviceState, devices, m.slot, host);
+    else
+        discops::writeDataCD(click, m.deviceState, devices, m.slot, host);
 }
 
 void DataLink::guard(const char *procedure, const std::function<void()> &handler) {
@@ -52,9 +98,35 @@ DataFormHost DataLink::formHost() {
     host.guard = [this](const char *procedure, const std::function<void()> &handler) {
         guard(procedure, handler);
     };
-    // startBuild stays empty: cmdBurn makes no image and writes nothing yet,
-    // it only stops a running add.
+    data::IsoBuildHost &build = host.build;
+    build.tempFolder = m->appDir + "/external/TEMP";
+    build.mkisofs = m->paths.strMkisofs;
+    build.charset = data::isoCharset(platform::localeCodeset());
+    build.waitForEvents = platform::waitForEvents;
+    build.writeCommandLog = [m](const std::string &line) { m->runner.log.writeLine(line); };
+    build.ChangeCurrentMode = [m](Mode mode) { m->ChangeCurrentMode(mode); };
+    build.setMainProgressMax = [m](int max) { m->ProgressBar1->setMaximum(max); };
+    build.elapsedText = [m](long seconds) {
+        return elapsedTimeText(seconds, m->msg("msgTimeHrs"), m->msg("msgTimeMins"), m->msg("msgTimeSecs"));
+    };
+    build.handOver = [this](const discops::DataDisc &disc, const std::string &label, bool autoWrite) {
+        handOver(disc, label, autoWrite);
+    };
     return host;
+}
+
+void DataLink::handOver(const discops::DataDisc &disc, const std::string &label, bool autoWrite) {
+    form_->hide();
+    while (form_->isVisible()) QCoreApplication::processEvents();
+    // A job of the main window finishes with the task it began with.
+    main_.runner.jobs.whenIdle([m = &main_, disc, label, autoWrite, dvd = form_->project.blnDVD] {
+        m->dataDisc = disc;
+        m->setStatus(label);
+        m->sbPanel[0]->setText(QString::fromStdString(label));
+        m->ChangeCurrentMode(dvd ? Mode::DataDVD : Mode::DataCD);
+        m->slot.strFilename.clear();
+        if (autoWrite) QTimer::singleShot(0, m->cmdWrite, [m] { m->cmdWrite->click(); });
+    });
 }
 
 void DataLink::newDataJob(bool isDVD, bool isVideo) {
@@ -70,12 +142,15 @@ void DataLink::newDataJob(bool isDVD, bool isVideo) {
     host.ClearList = [this] { form_->ClearList(); };
     host.autoHideSettings = [this] { main_.autoHideSettings(); };
     host.showForm = [this](bool firstShow) {
+        form_->show();
         if (firstShow) {
+            // Placed once it is shown: before that the window manager's frame
+            // is unknown, and a window placed by a guess lands off the screen.
+            QCoreApplication::processEvents();
             // Below the main window where there is room, else above it, else
             // in the middle of the screen.
             const QRect main = main_.frameGeometry();
-            const int decoration = std::max(0, main.height() - main_.geometry().height());
-            const QSize size(form_->width(), form_->height() + decoration);
+            const QSize size = form_->frameGeometry().size();
             const QRect screen = main_.screen() ? main_.screen()->availableGeometry() : QRect();
             QPoint at(main.left(), main.bottom() + 1);
             if (screen.isValid() && at.y() + size.height() > screen.bottom())
@@ -87,7 +162,6 @@ void DataLink::newDataJob(bool isDVD, bool isVideo) {
                                    std::max(screen.left(), screen.right() - size.width())));
             form_->move(at);
         }
-        form_->show();
         form_->raise();
         form_->activateWindow();
     };

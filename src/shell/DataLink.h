@@ -22,6 +22,10 @@ public:
 
 private:
     DataFormHost formHost();
+    // The project goes to the main window, which writes it with writeDataCD.
+    // cmdWrite for a data disc, or for an ISO on a DVD.
+    void writeData(bool image);
+    void handOver(const discops::DataDisc &disc, const std::string &label, bool autoWrite);
     void guard(const char *procedure, const std::function<void()> &handler);
 
     frmMain &main_;

@@ -14,7 +14,7 @@ struct DefaultMessage {
 // The English texts, in the order the language template lists them. Spelling
 // slips ("tempory", "Recieving", "Reparied") are part of the keys and texts
 // that translators and older language files already know; keep them.
-constexpr std::array<DefaultMessage, 258> kDefaultMessages{{
+constexpr std::array<DefaultMessage, 263> kDefaultMessages{{
     {"msgWriteProgress", "Wrote %1 of %2 MB"},
     {"msgWriteBuffer", "Buffer"},
     {"msgNoImageLoaded", "NO IMAGE LOADED"},
@@ -69,6 +69,12 @@ constexpr std::array<DefaultMessage, 258> kDefaultMessages{{
     {"msgReaderDeviceEmpty", "Reader Device is empty!"},
     {"msgWriterDeviceEmpty", "Writer Device is empty!"},
     {"msgNoDVDRead", "DVD Read currently unsupported!"},
+    {"msgDumpNoData", "This disc holds no data track to dump. Read it to an image instead."},
+    {"msgReplaceImage", "These files of the image will be replaced:"},
+    {"msgTrayLocked", "- the tray may stay locked: Tools, Reset Writer frees it."},
+    {"logMixedImage",
+     "The disc holds data and audio tracks: the image stays a toc file, since a cue sheet would give "
+     "its audio in the wrong byte order."},
     {"msgConfiguringDevices", "Configuring devices..."},
     {"msgScanningForDevices", "Scanning for devices..."},
     {"msgProDVDASPI", "An ASPI layer is required to use ProDVD"},
@@ -203,6 +209,7 @@ constexpr std::array<DefaultMessage, 258> kDefaultMessages{{
     {"msgAddData", "Please add some data to write!"},
     {"msgISOSize", "Estimated ISO size is "},
     {"msgDataLoadMain", " MB, load into main?"},
+    {"msgLargeFileUDF", "Files of 4 GB or more are seen whole only by readers of UDF."},
     {"msgNodeNotFound", "Node not found."},
     {"msgTotalSize", "Total Size: "},
     {"msgIllegalFilename", "The following file could not be added:"},

@@ -25,6 +25,7 @@ struct ToolPaths {
     std::string strAAC;
     std::string strWaveGain;
     std::string strdvdrecord;
+    std::string strReadom;  // reads a data disc sector by sector (DDump)
 };
 
 #ifdef _WIN32
@@ -54,6 +55,7 @@ inline constexpr ExternalToolRow kExternalTools[] = {
     {"/external/faad", &ToolPaths::strAAC, false, false},
     {"/external/WaveGain", &ToolPaths::strWaveGain, false, false},
     {"/external/dvdrecord", &ToolPaths::strdvdrecord, false, false},
+    {"/external/readom", &ToolPaths::strReadom, false, false},  // wodim's reader
 };
 
 // The other DVD writer, in the same role as dvdrecord when "UseProDVD" is on.

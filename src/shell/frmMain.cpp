@@ -40,6 +40,7 @@
 #include "platform/Sounds.h"
 #include "shell/AudioLink.h"
 #include "shell/DataLink.h"
+#include "shell/ExtractLink.h"
 #include "shell/LanguageForms.h"
 #include "shell/MainInterpreterView.h"
 #include "shell/ProductPicture.h"
@@ -83,6 +84,7 @@ frmMain::frmMain(ShellEnvironment env) : env_(std::move(env)) {
         eraseCancelled_, [this](const std::string &mode) { run("discErase", [&] { discErase(mode); }); },
         this);
     connectHandlers();
+    connectDiscJobs();
 
     runner.setExternalFolder(appDir + "/external");
     runner.log.setPath(appDir + "/external/TEMP/commandlog.txt");
@@ -143,6 +145,7 @@ void frmMain::connectHandlers() {
     on(mnuDeviceInfo, "mnuDeviceInfo_Click", [this] { mnuDeviceInfo_Click(); });
     on(mnuErase, "mnuErase_Click", [this] { mnuErase_Click(); });
     on(mnuAudioCD, "mnuAudioCD_Click", [this] { showAudioCD(*this); });
+    on(mnuExtractTracks, "mnuExtractTracks_Click", [this] { showExtractTracks(*this); });
     on(mnuLanguages, "mnuLanguages_Click", [this] {
         autoHideSettings();
         frmLanguage dialog(appDir, settings.text("Language"), messages, *env_.dialogs, this);
@@ -463,7 +466,7 @@ void frmMain::writeFrame(const std::string &command) {
     in.writeCancelled = writeCancelled;
     in.confirmWrite = mnuConfirmWrite->isChecked();
     in.deleteImages = chkDelImage->isChecked();
-    in.mode = currentMode;
+    in.mode = interpreterState.erasing ? Mode::EraseCD : currentMode;  // a DVD blank is an erase too
     in.elapsedSeconds = writeStartTime.secsTo(QDateTime::currentDateTime());
     WriteOutcome out = decideWriteOutcome(in, {msg("msgTimeHrs"), msg("msgTimeMins"), msg("msgTimeSecs")});
 
@@ -582,21 +585,6 @@ void frmMain::mnuErase_Click() {
         return showRefusal(*refusal);
     autoHideSettings();
     eraseForm->exec();
-}
-
-void frmMain::discErase(const std::string &eraseMode) {
-    const Mode remembered = currentMode;
-    eraseCancelled_ = false;
-    const int index = writerIndex();
-    if (index < 0 || static_cast<std::size_t>(index) >= deviceState.devices.Count()) return;
-    const discops::ErasePlan plan =
-        discops::planErase(eraseMode, deviceState.devices.item(static_cast<std::size_t>(index)), writePanel(),
-                           fragmentSettings(), {paths.strCdrdao, paths.strdvdrecord}, platform::driveLayer());
-    ChangeCurrentMode(plan.mode);
-    if (cSysTray1) cSysTray1->setToolTip(q(msg("logBlankingDisc")));
-    writeFrame(plan.command);
-    if (cSysTray1) cSysTray1->setToolTip(windowTitle());
-    ChangeCurrentMode(remembered);
 }
 
 void frmMain::updateCaptionProgress() {

@@ -10,6 +10,7 @@
 #include <string>
 
 #include "devices/DeviceHost.h"
+#include "discops/DataWrite.h"
 #include "discops/Fragments.h"
 #include "discops/ImageSlot.h"
 #include "exec/CommandRunner.h"
@@ -39,11 +40,14 @@ class ErrorReporter;
 class frmAudioCD;
 class frmDeviceInfo;
 class frmEraseCD;
+class frmExtractTracks;
 class frmLog;
 class frmStartUp;
 namespace discops {
 struct Refusal;
-}
+struct DiscJobHost;
+struct DiscJobPanels;
+}  // namespace discops
 namespace platform {
 class Dialogs;
 class Sounds;
@@ -103,6 +107,10 @@ public:
     void mnuDeviceSettings_Click();
     void mnuDeviceInfo_Click();
     void mnuErase_Click();
+    void mnuCopyCD_Click();
+    void mnuReadCD_Click();
+    void mnuDDump_Click();
+    void mnuResetWriter_Click();
     void mnuDonate_Click();
     void mnuAbout_Click();
     void mnuRestore_Click();
@@ -149,12 +157,14 @@ public:
     InterpreterState interpreterState;
     std::unique_ptr<OutputInterpreter> interpreter;
     discops::ImageSlot slot;
-    std::string strTempName;  // the temporary folder of a compiled audio project
+    std::string strTempName;     // the temporary folder of a compiled audio project
+    discops::DataDisc dataDisc;  // what the data form handed over for writeDataCD
     // The jobs of the mastering and copy forms, where they exist.
     std::function<void()> copyDisc;
     std::function<void()> writeDataCD;
     std::function<void()> writeDVDImage;
     QPointer<frmAudioCD> audioCD;  // once mnuAudioCD has opened it
+    QPointer<frmExtractTracks> extractTracks;  // once mnuExtractTracks has opened it
     CommandRunner runner;
 
     // Controls, named as the language files know them.
@@ -207,6 +217,8 @@ private:
     std::string writerDeviceFragment();
 
     void connectHandlers();
+    void connectDiscJobs();  // the copy, read, dump and unlock jobs (frmMainDiscJobs.cpp)
+    void runDiscJob(void (*job)(const discops::DiscJobHost &, const discops::DiscJobPanels &));
     void on(QObject *sender, const char *procedure, const std::function<void()> &handler);
     void run(const char *procedure, const std::function<void()> &handler);
     void showRefusal(const discops::Refusal &refusal);

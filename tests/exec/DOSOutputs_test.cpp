@@ -3,7 +3,6 @@
 // them, so the chunk boundaries are the ones the test means.
 #include "exec/DOSOutputs.h"
 
-#include <dirent.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 
@@ -51,19 +50,6 @@ Outcome run(const std::string &command, int bufferSize = 256,
     r.result = dos.ExecuteCommand(command, bufferSize, 1);
     r.total = dos.totalOutput;
     return r;
-}
-
-std::vector<int> processesWithArgument(const std::string &marker) {
-    std::vector<int> found;
-    DIR *proc = opendir("/proc");
-    while (dirent *e = readdir(proc)) {
-        int pid = std::atoi(e->d_name);
-        if (pid <= 0) continue;
-        std::string cmdline = readFile("/proc/" + std::to_string(pid) + "/cmdline");
-        if (cmdline.find(marker) != std::string::npos && test::processAlive(pid)) found.push_back(pid);
-    }
-    closedir(proc);
-    return found;
 }
 
 // A command.bat of one pipeline in dir.
@@ -117,6 +103,17 @@ TEST(DOSOutputs, LinesAsTheBytesArrive) {
         }
         EXPECT_GT(r.pumps, 0) << what;
     }
+}
+
+TEST(DOSOutputs, AQuestionWithoutLineEndIsSeenWhileTheToolWaits) {
+    DOSOutputs dos;
+    Lines open;
+    dos.openLine = [&](const std::string &text) {
+        open.push_back(text);
+        dos.killInstantly();
+    };
+    EXPECT_FALSE(dos.ExecuteCommand(scripted({"out", "insert a disc and press enter", "hang"})));
+    EXPECT_EQ(open, Lines{"insert a disc and press enter"});
 }
 
 // A second command while one runs is refused: false, and not a line of it.
@@ -204,12 +201,12 @@ TEST(BatchPipeline, CancelLeavesNoStageAlive) {
     Outcome r = run(batch(dir, "command.bat", tool + " fill " + marker + " x | " + tool + " count"), 256,
                     [&](DOSOutputs &dos, const std::string &line) {
                         if (line != "read 5 MB") return;
-                        aliveAtCancel = processesWithArgument(marker);
+                        aliveAtCancel = test::livingProcessesNaming(marker);
                         dos.killInstantly();
                     });
     EXPECT_FALSE(r.result);
     EXPECT_EQ(aliveAtCancel.size(), 1u) << "the writing stage ran until the cancel";
-    EXPECT_TRUE(processesWithArgument(marker).empty());
+    EXPECT_TRUE(test::livingProcessesNaming(marker).empty());
     EXPECT_NE(r.lines.back(), "total " + marker + " bytes");
 }
 

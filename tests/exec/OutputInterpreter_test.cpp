@@ -146,6 +146,12 @@ TEST_F(Interpreter, DVDWriting) {
     EXPECT_TRUE(view.writeSucceeded);
     feed(Mode::WriteDVD, {"Write data failed."});
     EXPECT_TRUE(view.writeFailed);
+    view.writeSucceeded = false;
+    for (bool erasing : {false, true}) {  // a write that blanks first has not written yet; a blank has ended
+        state.erasing = erasing;
+        feed(Mode::WriteDVD, {"Blanking time:   42.000s"});
+        EXPECT_EQ(view.writeSucceeded, erasing);
+    }
 }
 
 TEST_F(Interpreter, Reading) {
@@ -169,6 +175,19 @@ TEST_F(Interpreter, Reading) {
     EXPECT_EQ(view.value, 100) << "the bar stops at its end";
     EXPECT_EQ(view.caption, "150% - saltmarrow");
     EXPECT_EQ(view.count("status This drive does not support RW sub-channel reading."), 1);
+
+    // readom's dump: its capacity, its end and its addresses; a disc larger than the room is stopped.
+    state.readRoom = 600 * 1024;
+    feed(Mode::DiscDump,
+         {"Capacity: 300 Blocks = 600 kBytes = 0 MBytes = 0 prMB", "end:       300",
+          "addr:      150 cnt: 128"},
+         1);
+    EXPECT_EQ(view.status, "Readom Reading Sector #150");
+    EXPECT_EQ(view.caption, "50% - saltmarrow");
+    EXPECT_EQ(view.log.find("addr:"), std::string::npos);
+    feed(Mode::DiscDump,
+         {"Capacity: 301 Blocks = 602 kBytes", "readom: Permission denied. Cannot open 'x'."});
+    EXPECT_TRUE(state.readTooLarge && view.writeFailed && view.count("kill") == 2);
 
     view.run = [this](const std::string &) {
         view.now += 75;

@@ -1,6 +1,5 @@
 // The user's jobs from end to end: the main window with the fake drive in
 // its tools folder, real sheets on disk, the questions answered by script.
-#include <dirent.h>
 #include <gtest/gtest.h>
 
 #include <QApplication>
@@ -9,12 +8,14 @@
 #include <QElapsedTimer>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTimer>
 #include <filesystem>
 #include <regex>
 
 #include "devices/frmDeviceInfo.h"
+#include "exec/frmLog.h"
 #include "platform/MediumWatcher.h"
 #include "support/mdlFunctions.h"
 #include "testlib/FakeDrive.h"
@@ -68,6 +69,16 @@ struct Jobs : ::testing::Test {
         f().parseCommand();
     }
     std::vector<std::string> calls(const std::string &prefix) { return fakeCalls(app, prefix); }
+    // A tool of the program's folder is still in the process table.
+    bool toolAlive() { return !livingProcessesNaming(app).empty(); }
+    // Clicks Cancel once the line that starts with from has come.
+    void cancelAt(const std::string &from) {
+        f().runner.objDOS.ReceiveOutputs = [this, from,
+                                            interpret = f().runner.objDOS.ReceiveOutputs](auto &line) {
+            interpret(line);
+            if (line.rfind(from, 0) == 0 && f().cmdWrite->text() == "&Cancel") f().cmdWrite->click();
+        };
+    }
     std::string status() { return f().txtStatus->text().toStdString(); }
     // Every drive address the program handed a tool is a device path the scan gave.
     void expectOnlyDevicePaths() {
@@ -181,16 +192,7 @@ TEST_F(Jobs, CancelDuringTheWriteLeavesNoToolBehind) {
     EXPECT_TRUE(clicked);
     EXPECT_TRUE(f().writeCancelled);
     EXPECT_EQ(status(), "Write Operation Cancelled.");
-    bool alive = false;
-    DIR *proc = opendir("/proc");
-    while (dirent *e = readdir(proc)) {
-        const int pid = std::atoi(e->d_name);
-        if (pid > 0 && readFile("/proc/" + std::to_string(pid) + "/cmdline").find(app) != std::string::npos &&
-            processAlive(pid))
-            alive = true;
-    }
-    closedir(proc);
-    EXPECT_FALSE(alive);
+    EXPECT_FALSE(toolAlive());
 }
 
 TEST_F(Jobs, TheCommandLineStartsTheWriteOnceTheWindowShows) {
@@ -226,29 +228,32 @@ TEST_F(Jobs, AUsedRewritableIsErasedOnOfferThenWritten) {
     EXPECT_TRUE(h->errors.reports.empty());
 }
 
-TEST_F(Jobs, EraseFromTheMenuByTheRightTool) {
-    start({cdWriter("CD-RW", kUsedCDRW), dvdWriter("DVD-RW")});
-    for (int writer : {0, 1}) {
-        f().cmbWriterDevice->setCurrentIndex(writer);
-        QTimer::singleShot(20, [this] {
-            auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
-            ASSERT_NE(dialog, nullptr);
-            dialog->findChild<QCheckBox *>("chkMinimal")->setChecked(false);
-            dialog->findChild<QPushButton *>("cmdErase")->click();
-        });
-        f().mnuErase->trigger();
-        EXPECT_EQ(f().currentMode, Mode::None);
-    }
-    // The DVD writer's blank runs under the DVD task, whose reading knows no
-    // blanking time: only the CD's blank reads as a success.
-    EXPECT_FALSE(f().writeSucceeded);
-    EXPECT_NE(readFile(app + "/external/TEMP/commandlog.txt").find("Blanking time: 480 seconds"),
-              std::string::npos);
-    EXPECT_EQ(calls("cdrdao blank"),
-              std::vector<std::string>{
-                  "cdrdao blank --device /dev/sr0 --driver generic-mmc:0x0 --reload --blank-mode full"});
-    EXPECT_EQ(calls("dvdrecord"), std::vector<std::string>{"dvdrecord blank=all dev=/dev/sr1 gracetime=0"});
+TEST_F(Jobs, EraseByTheRightToolAndUnlock) {
+    start({cdWriter("CD-RW", kUsedCDRW + "unlock = fails\n"), dvdWriter("DVD-RW")});
+    for (int writer : {0, 1})
+        for (bool minimal : {false, true}) {
+            f().cmbWriterDevice->setCurrentIndex(writer);
+            QTimer::singleShot(20, [minimal] {
+                auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
+                ASSERT_NE(dialog, nullptr);
+                dialog->findChild<QCheckBox *>("chkMinimal")->setChecked(minimal);
+                dialog->findChild<QPushButton *>("cmdErase")->click();
+            });
+            f().mnuErase->trigger();
+            EXPECT_EQ(f().currentMode, Mode::None);
+            EXPECT_TRUE(f().writeSucceeded) << writer << minimal;
+            EXPECT_EQ(status().substr(0, 29), "Writing finished successfully");
+        }
+    EXPECT_EQ(calls("cdrdao blank").size() + calls("dvdrecord blank=").size(), 4u);
     EXPECT_TRUE(h->dialogs.prompts.empty()) << "erasing has no result box";
+
+    for (int writer : {1, 0}) {
+        f().cmbWriterDevice->setCurrentIndex(writer);
+        f().mnuResetWriter->trigger();
+        EXPECT_EQ(status(), writer ? "Trying to unlock drive... Done." : "Trying to unlock drive... Fail.");
+        EXPECT_EQ(f().log->txtOutputs->toPlainText().endsWith("drive... Done."), writer == 1);
+    }
+    EXPECT_EQ(calls("cdrdao unlock").back(), "cdrdao unlock --device /dev/sr0 --driver generic-mmc:0x0");
 }
 
 // A second start with "-w" writes from the event loop. Medium changes and a
@@ -284,4 +289,133 @@ TEST_F(Jobs, WhatArrivesDuringAWriteWaitsForItsEnd) {
         std::find_if(log.begin(), log.end(), [](auto &l) { return l.find("cdrdao write") == 0; });
     EXPECT_EQ(std::count_if(write, log.end(), [](auto &l) { return l.find("cdrdao drive-info") == 0; }), 1)
         << "read once";
+}
+
+// A reader with a CD in it, its tracks in blocks and which of them hold data.
+struct Reading : Jobs {
+    LinuxDrive reader = dvdReader(), writer = cdWriter("CD-R", kBlankCDR);
+    const std::string img = root.file("img");
+    void disc(const std::string &medium, const std::string &tracks, const std::string &extra = {}) {
+        reader.medium = medium;
+        reader.extra = "tracks = " + tracks + "\n" + extra;
+        if (!h) start({writer, reader});
+        writeFile(app + "/external/fakedrive.state", fakeState({writer, reader}));
+        f().cmbReaderDevice->setCurrentIndex(1);
+        std::filesystem::create_directories(img);
+    }
+    void answer(std::initializer_list<ScriptedDialogs::Answer> answers) {
+        h->dialogs.prompts.clear();
+        for (const auto &a : answers) h->dialogs.answer(a);
+    }
+    std::string prompt(std::size_t i) {
+        return i < h->dialogs.prompts.size() ? h->dialogs.prompts[i].text : "";
+    }
+};
+
+TEST_F(Reading, EachKindOfDiscToItsImage) {
+    struct Row {
+        const char *tracks, *name;
+        std::vector<std::string> files;  // what the folder holds afterwards
+        bool cueOffered;
+    };
+    const Row rows[] = {{"300 300", "audio", {"audio.dat", "audio.toc"}, false},
+                        {"300 300\ndata_tracks = 1", "mixed", {"mixed.bin", "mixed.toc"}, true},
+                        {"300\ndata_tracks = 1", "data", {"data.bin", "data.cue"}, true}};
+    for (const Row &row : rows) {
+        disc("CD-ROM", row.tracks);
+        answer({mb::OK, img + "/" + row.name + ".cue", mb::Yes});  // a cue is asked for whatever the disc
+        f().mnuReadCD->trigger();
+        std::vector<std::string> files;
+        for (const auto &e : std::filesystem::directory_iterator(img))
+            if (e.path().stem() == row.name) files.push_back(e.path().filename());
+        std::sort(files.begin(), files.end());
+        EXPECT_EQ(files, row.files);
+        EXPECT_EQ(h->dialogs.prompts.at(1).request.filter.find("*.cue") != std::string::npos, row.cueOffered);
+        EXPECT_EQ(f().slot.strFilename, img + "/" + row.files[1]) << "loaded for writing";
+    }
+    EXPECT_FALSE(std::filesystem::exists(app + "/external/TEMP/info.toc"));
+    EXPECT_EQ(prompt(0), "/dev/sr2: ASUS, DVD: E818A9T\r\n\r\n1 MB will be read to an image file.");
+    f().cmdWrite->click();
+    EXPECT_EQ(status().substr(0, 29), "Writing finished successfully") << "the cue image writes";
+}
+
+TEST_F(Reading, CopyOnTheFlyNeedsTwoDrives) {
+    disc("CD-ROM", "300 300\ndata_tracks = 1");
+    f().mnuConfirmWrite->setChecked(true);
+    answer({mb::OK, mb::OK});
+    f().mnuCopyCD->trigger();
+    EXPECT_EQ(prompt(0),
+              "Reader:\t/dev/sr2: ASUS, DVD: E818A9T\r\nWriter:\t/dev/sr0: PLEXTOR, CD-R   PX-W4012A\r\n"
+              "\r\n1 MB to be copied on the fly (807 MB free).");
+    EXPECT_EQ(calls("cdrdao copy"),
+              std::vector<std::string>{
+                  "cdrdao copy --on-the-fly --fast-toc --source-device /dev/sr2 --source-driver "
+                  "generic-mmc:0x200000 --paranoia-mode 0 --device /dev/sr0 --driver "
+                  "generic-mmc:0x0 --eject --reload --speed 40 -n --buffers 256 -v 2"});
+    EXPECT_EQ(status().substr(0, 29), "Writing finished successfully");
+    f().cmbReaderDevice->setCurrentIndex(0);
+    answer({mb::OK});
+    f().mnuCopyCD->trigger();
+    EXPECT_EQ(prompt(0), "Selected Read and Write Device are the same!");
+    EXPECT_EQ(calls("cdrdao read-toc").size() + calls("cdrdao copy").size(), 2u) << "nothing read or copied";
+    EXPECT_EQ(f().currentMode, Mode::None);
+}
+
+// Each road that reads nothing says why; a read that fails or is cancelled offers its partial image
+// and leaves no tool behind.
+TEST_F(Reading, WhatCannotBeReadIsSaid) {
+    struct Row {
+        const char *medium, *tracks;
+        QAction *frmMain::*menu;
+        std::vector<ScriptedDialogs::Answer> answers;
+        const char *said;
+    };
+    const std::string x = img + "/x.toc";
+    const Row rows[] = {
+        {"DVD-ROM", "", &frmMain::mnuReadCD, {}, "DVD Read currently unsupported!"},
+        {"n/a", "", &frmMain::mnuDDump, {}, "Please insert the disc to be read!"},
+        {"CD-ROM", "300", &frmMain::mnuDDump, {}, "This disc holds no data track to dump."},
+        {"CD-ROM", "300", &frmMain::mnuReadCD, {mb::OK, "/proc/x.toc"}, "Could not open file for writing"},
+        {"CD-ROM", "2000000000", &frmMain::mnuReadCD, {mb::OK, x}, "Insufficient free space"},
+        {"CD-ROM",
+         "75 75\nvanish = read-cd",
+         &frmMain::mnuReadCD,
+         {mb::OK, x, mb::Yes},
+         "Delete partial image"},
+        {"CD-ROM",
+         "300 300\nwrite_delay_ms = 300",
+         &frmMain::mnuReadCD,
+         {mb::OK, x, mb::Yes},
+         "Delete partial"},
+    };
+    disc("n/a", "");
+    cancelAt("00:02:00");
+    for (const Row &row : rows) {
+        disc(row.medium, row.tracks);
+        answer({});
+        for (const auto &a : row.answers) h->dialogs.answer(a);
+        (f().*row.menu)->trigger();
+        EXPECT_EQ(h->dialogs.prompts.back().text.rfind(row.said, 0), 0u) << row.said;
+        // The DVD is refused before anything starts.
+        EXPECT_EQ(status().rfind("Read Operation Cancelled", 0) == 0, row.medium != std::string("DVD-ROM"));
+    }
+    EXPECT_EQ(status(), "Read Operation Cancelled - the tray may stay locked: Tools, Reset Writer frees it.");
+    EXPECT_FALSE(toolAlive());
+    EXPECT_EQ(calls("cdrdao read-cd").size(), 2u);
+    EXPECT_TRUE(std::filesystem::is_empty(img)) << "the partial images deleted";
+}
+
+TEST_F(Reading, DumpOfADataCDAndOfADVD) {
+    for (const std::string medium : {"CD-ROM", "DVD-ROM"}) {
+        std::string bytes(medium == "CD-ROM" ? 300 * 2048 : 3 << 20, '\0');
+        for (std::size_t i = 0; i < bytes.size(); ++i) bytes[i] = static_cast<char>(i * 7 / 2048 + i);
+        writeFile(root.file(medium), bytes);
+        disc(medium, "300\ndata_tracks = 1", "image = " + root.file(medium) + "\n");
+        answer({img + "/" + medium, mb::Yes});  // ".iso" is added
+        f().mnuDDump->trigger();
+        EXPECT_TRUE(readFile(img + "/" + medium + ".iso") == bytes) << "the disc, byte for byte";
+        EXPECT_EQ(f().slot.strFilename, img + "/" + medium + ".iso") << "loaded for writing";
+        EXPECT_EQ(calls("readom").back(), "readom dev=/dev/sr2 f=" + img + "/" + medium + ".iso");
+        EXPECT_EQ(calls("cdrdao read-toc").size(), 1u) << "a DVD holds data: no table of contents is read";
+    }
 }

@@ -102,7 +102,7 @@ TEST(SettingsStore, FileLayout) {
               std::string::npos);
     EXPECT_NE(
         file.find("\r\nEncoderSettings=Wave||||wav\r\nEncoderSettings=Lame|lame|--alt-preset standard -Y "
-                  "%in %out|--tl %2 --tn %3 --tt %4 --ta %5 --add-id3v2|mp3\r\n"),
+                  "%in %out|--id3v2-latin1 --tl %2 --tn %3 --tt %4 --ta %5 --add-id3v2|mp3\r\n"),
         std::string::npos);
 
     // No encoder table, no section; no scan, no device lines and empty selections.

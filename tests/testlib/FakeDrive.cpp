@@ -70,9 +70,10 @@ const platform::DriveLayer &installFakeDrive(const std::string &appDir, const st
     const std::string external = appDir + "/external";
     fs::create_directories(external + "/TEMP");
     if (!fs::exists(external + "/cdrdao")) {
-        for (const char *name : {"cdrdao", "dvdrecord", "dvd+rw-mediainfo"})
+        for (const char *name : {"cdrdao", "dvdrecord", "dvd+rw-mediainfo", "readom", "cdda2wav"})
             fs::create_symlink(fixture("fakedrive"), external + "/" + name);
         fs::create_symlink("/usr/bin/genisoimage", external + "/mkisofs");
+        fs::create_symlink("/usr/bin/toc2cue", external + "/toc2cue");
     }
     writeFile(external + "/fakedrive.state", fakeState(drives, global));
     writeFile(external + "/cdrom.info", kernelCdromTable(drives));

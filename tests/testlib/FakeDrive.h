@@ -37,8 +37,9 @@ std::string fakeState(const std::vector<LinuxDrive> &drives, const std::string &
 std::string kernelCdromTable(const std::vector<LinuxDrive> &drives);
 
 // Puts the fake under the tools' names into <appDir>/external (once), the
-// real genisoimage as mkisofs, writes its state file and a kernel table
-// beside it, and makes the program use a drive layer that reads that table.
+// real genisoimage as mkisofs and the real toc2cue, writes its state file and
+// a kernel table beside it, and makes the program use a drive layer that
+// reads that table.
 const platform::DriveLayer &installFakeDrive(const std::string &appDir, const std::vector<LinuxDrive> &drives,
                                              const std::string &global = {});
 // The command lines the fake was started with in appDir, oldest first; only

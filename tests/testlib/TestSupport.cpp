@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <sstream>
 #include <stdexcept>
 
@@ -62,17 +63,30 @@ bool processAlive(int pid) {
            line[close + 2] != 'X';
 }
 
-std::vector<int> livingProcessesInGroup(int pgid) {
+namespace {
+
+std::vector<int> livingProcesses(const std::function<bool(int pid)> &match) {
     std::vector<int> found;
     DIR *proc = opendir("/proc");
     if (!proc) return found;
     while (dirent *e = readdir(proc)) {
         int pid = std::atoi(e->d_name);
-        if (pid <= 0) continue;
-        if (getpgid(pid) == pgid && processAlive(pid)) found.push_back(pid);
+        if (pid > 0 && match(pid) && processAlive(pid)) found.push_back(pid);
     }
     closedir(proc);
     return found;
+}
+
+}  // namespace
+
+std::vector<int> livingProcessesInGroup(int pgid) {
+    return livingProcesses([pgid](int pid) { return getpgid(pid) == pgid; });
+}
+
+std::vector<int> livingProcessesNaming(const std::string &text) {
+    return livingProcesses([&text](int pid) {
+        return readFile("/proc/" + std::to_string(pid) + "/cmdline").find(text) != std::string::npos;
+    });
 }
 
 bool haveProgram(const std::string &name) {

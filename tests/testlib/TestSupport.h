@@ -32,6 +32,8 @@ std::string sourcePath(const std::string &relative);
 // The processes whose process group is pgid that are still alive (zombies do
 // not count).
 std::vector<int> livingProcessesInGroup(int pgid);
+// The living processes whose command line holds text.
+std::vector<int> livingProcessesNaming(const std::string &text);
 bool processAlive(int pid);
 
 // True if a program of that name is on PATH.
