@@ -84,8 +84,8 @@ TEST(DOSOutputs, LinesAsTheBytesArrive) {
         // Standard error arrives through the same pipe.
         {{"out", "o\\n", "sleep", "50", "err", "e\\n"}, {"o", "e"}, {}},
         {{"sleep", "50"}, {}, ""},
-        // An unfinished line waits for the end, after the idle turns; it is
-        // no part of totalOutput.
+        // An unfinished line waits for the end, after the idle turns, and
+        // stays out of totalOutput.
         {{"out", "abc", "sleep", "300"}, {"abc"}, ""},
         {{"out", "caf\\xe9 \\xff\\r\\n"}, {"caf\xEF\xBF\xBD \xEF\xBF\xBD"}, {}},
         // A character cut by the end of a 256-byte read is put back together.
