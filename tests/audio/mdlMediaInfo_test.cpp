@@ -9,8 +9,6 @@
 #include <string>
 #include <vector>
 
-#include "audio/BitString.h"
-#include "support/RuntimeError.h"
 #include "testlib/TestSupport.h"
 
 using namespace saltmarrow;
@@ -386,24 +384,6 @@ TEST_F(Media, WaveHeaders) {
         {avi.substr(0, 12), "0 Hz 0 ch 0 kbit 0 ms 0 samples 0 bytes"},
     };
     for (const auto &[content, want] : rows) EXPECT_EQ(stream(read("w.wav", content)), want);
-}
-
-TEST(BitString, DigitsAndValues) {
-    EXPECT_EQ(bytesToBinary(bytes({0xFF, 0xFB})), "1111111111111011");
-    EXPECT_EQ(bytesToBinary(bytes({0x00, 0x05})), "101") << "leading zeros of the whole text go";
-    EXPECT_EQ(bytesToBinary(bytes({0x00, 0x05}), true), "0000000000000101");
-    EXPECT_EQ(bytesToBinary(bytes({0, 0})), "");
-    EXPECT_EQ(binaryToLong(""), 0);
-    EXPECT_EQ(binaryToLong(std::string(31, '1')), 2147483647);
-    EXPECT_EQ(binaryToLong(bytesToBinary(bytes({0x12, 0x34, 0x56, 0x78}))), 0x12345678);
-    for (const auto &[text, error] :
-         {std::pair{"1" + std::string(31, '0'), err::Overflow}, {"102", err::TypeMismatch}})
-        try {
-            binaryToLong(text);
-            ADD_FAILURE() << text;
-        } catch (const RuntimeError &e) {
-            EXPECT_EQ(e.number(), error);
-        }
 }
 
 }  // namespace

@@ -87,10 +87,7 @@ TEST_F(MediaTools, Mp3sFromLame) {
     noise("s48.wav", 48000, 2, 2);
     noise("m32.wav", 32000, 1, 2);
     run(lame({"-b", "128", "--id3v2-latin1", "--add-id3v2"}, {"in.wav", "both.mp3"}));
-    run(lame({"-b", "128", "--add-id3v2"}, {"in.wav", "utf16.mp3"}));
-    run(lame({"-b", "128", "--id3v1-only"}, {"in.wav", "v1.mp3"}));
     run(lame({"-V", "2", "--id3v2-latin1", "--add-id3v2"}, {"in.wav", "vbr.mp3"}));
-    run(lame({"-V", "2", "-m", "m"}, {"m32.wav", "monovbr.mp3"}, false));
     run(lame({"-b", "192"}, {"s48.wav", "s48.mp3"}, false));
     run(lame({"-b", "64", "-m", "m"}, {"m32.wav", "m32.mp3"}, false));
     run(lame({"-b", "160", "-m", "d"}, {"s48.wav", "dual.mp3"}, false));
@@ -99,18 +96,11 @@ TEST_F(MediaTools, Mp3sFromLame) {
     // lame keeps the track in its last byte, a control code there.
     const MediaFileInfo both = read("both.mp3");
     EXPECT_EQ(tags(both), "My Title|The Artist|An Album|2003|Rock|7|helloworld");
-    EXPECT_EQ(tags(read("v1.mp3")), "My Title|The Artist|An Album|2003|Rock|0|helloworld");
-    // UTF-16 texts stay bytes: the encoding byte is passed over.
-    std::string utf16 = "\xFF\xFE";
-    for (char c : std::string("My Title")) utf16 += std::string{c, '\0'};
-    EXPECT_EQ(read("utf16.mp3").Title, utf16);
-    EXPECT_EQ(read("utf16.mp3").TrackNumber, 0) << "the number of a text that starts with a byte-order mark";
 
     EXPECT_FALSE(both.IsVBR) << "lame's Info frame of a constant-rate file is no Xing header";
     EXPECT_EQ(both.DataLength, size("both.mp3") - 128 - id3v2Size("both.mp3"));
     EXPECT_EQ(both.Millisecs, std::nearbyint(both.DataLength * 8 / 128));
     EXPECT_NEAR(both.Millisecs, 3000, slackMs(44100));
-    EXPECT_EQ(read("v1.mp3").DataLength, size("v1.mp3") - 128);
     EXPECT_EQ(read("s48.mp3").DataLength, size("s48.mp3")) << "no tags were asked for";
     struct Row {
         const char *file;
@@ -131,19 +121,15 @@ TEST_F(MediaTools, Mp3sFromLame) {
     EXPECT_NEAR(vbr.Millisecs, 3000, slackMs(44100));
     EXPECT_NEAR(vbr.Bitrate, vbr.DataLength * 8 / vbr.Millisecs, 0.5);
     EXPECT_GT(vbr.Bitrate, 100);
-    // A mono frame has its Xing header at +21, where it is not looked for.
-    EXPECT_FALSE(read("monovbr.mp3").IsVBR);
 }
 
 TEST_F(MediaTools, OggVorbisFromOggenc) {
     need({"sox", "oggenc"});
     noise("in.wav", 44100, 2, 5);
-    noise("m.wav", 48000, 1, 4);
     run({"oggenc", "-Q",       "-b",   "128",        "--managed", "-c",       "COMMENT=hi there",
          "-t",     "My Title", "-a",   "The Artist", "-l",        "An Album", "-d",
          "2003",   "-G",       "Rock", "-N",         "7",         "in.wav",   "-o",
          "s.ogg"});
-    run({"oggenc", "-Q", "-b", "64", "--managed", "in.wav", "m.wav"});
     const MediaFileInfo info = read("s.ogg");
     EXPECT_EQ(tags(info), "My Title|The Artist|An Album|2003|Rock|7|hi there");
     EXPECT_TRUE(info.IsVBR);
@@ -153,24 +139,16 @@ TEST_F(MediaTools, OggVorbisFromOggenc) {
     // The header pages, with the codebooks, are not counted as sound.
     EXPECT_LT(info.DataLength, size("s.ogg") - 3000);
     EXPECT_GT(info.DataLength, size("s.ogg") - 10000);
-    const MediaFileInfo mono = read("m.ogg");
-    EXPECT_EQ(mono.Channels, 1);
-    EXPECT_EQ(mono.Millisecs, 4000);
-    EXPECT_NEAR(mono.Bitrate, 2 * 64, 12.8) << "mono shows twice its rate";
 }
 
 TEST_F(MediaTools, FlacFromFlac) {
     need({"sox", "flac"});
     noise("in.wav", 44100, 2, 2);
-    const std::vector<std::string> flacTags = {
-        "-T", "TITLE=My Title", "-T", "ARTIST=The Artist", "-T", "ALBUM=An Album",   "-T", "DATE=2003",
-        "-T", "TRACKNUMBER=7",  "-T", "GENRE=Rock",        "-T", "COMMENT=hi there", "-T", "ENCODEDBY=tests"};
-    std::vector<std::string> padded = {"flac", "-s"}, tight = {"flac", "-s", "--no-padding"};
-    for (auto *args : {&padded, &tight}) args->insert(args->end(), flacTags.begin(), flacTags.end());
-    padded.insert(padded.end(), {"in.wav", "-o", "padded.flac"});
-    tight.insert(tight.end(), {"in.wav", "-o", "tight.aac"});
-    run(padded);
-    run(tight);
+    std::vector<std::string> flac{"flac", "-s", "in.wav", "-o", "padded.flac"};
+    for (const char *tag : {"TITLE=My Title", "ARTIST=The Artist", "ALBUM=An Album", "DATE=2003",
+                            "TRACKNUMBER=7", "GENRE=Rock", "COMMENT=hi there", "ENCODEDBY=tests"})
+        flac.insert(flac.end(), {"-T", tag});
+    run(flac);
     const MediaFileInfo info = read("padded.flac");
     EXPECT_EQ(tags(info), "My Title|The Artist|An Album|2003|Rock|7|hi there");
     EXPECT_TRUE(info.IsVBR);
@@ -179,11 +157,6 @@ TEST_F(MediaTools, FlacFromFlac) {
     // The file's average rate, less the metadata (some 8 KiB of it padding).
     EXPECT_LT(info.Bitrate, size("padded.flac") * 8 / 2000);
     EXPECT_GT(info.Bitrate, (size("padded.flac") - 9000) * 8 / 2000);
-    // FLAC under .aac: the stream is read, the comments and the length are not.
-    const MediaFileInfo aac = read("tight.aac");
-    EXPECT_EQ(aac.Millisecs, 2000);
-    EXPECT_EQ(aac.Title, "");
-    EXPECT_EQ(aac.DataLength, 0);
 }
 
 }  // namespace

@@ -15,11 +15,12 @@ namespace {
 
 enum class Piece { Write, Read, Source, WriteOpts, ReadOpts, DVD };
 
+// The write and read panels, the settings and the drive's record.
 struct Panels {
-    WritePanel write;
-    ReadPanel read;
-    FragmentSettings settings;
-    FragmentDrive drive{"generic-mmc", "0", "0,1,0"};
+    WritePanel w;
+    ReadPanel r;
+    FragmentSettings s;
+    FragmentDrive d{"generic-mmc", "0", "0,1,0"};
 };
 
 struct Row {
@@ -30,152 +31,116 @@ struct Row {
     std::string expected;
 };
 
-std::string compose(Panels s, Piece piece, bool useRaw, bool dataDisc, bool lock,
+std::string compose(Panels p, Piece piece, bool useRaw, bool dataDisc, bool lock,
                     const platform::DeviceForms &forms) {
     switch (piece) {
         case Piece::Write:
-            return writeDevice(s.write, s.settings, s.drive, useRaw, dataDisc, lock, forms);
+            return writeDevice(p.w, p.s, p.d, useRaw, dataDisc, lock, forms);
         case Piece::Read:
-            return readDevice(s.read, s.settings, s.drive, false, lock, forms);
+            return readDevice(p.r, p.s, p.d, false, lock, forms);
         case Piece::Source:
-            return readDevice(s.read, s.settings, s.drive, true, lock, forms);
+            return readDevice(p.r, p.s, p.d, true, lock, forms);
         case Piece::WriteOpts:
-            return WriteOptions(s.write, s.settings);
+            return WriteOptions(p.w, p.s);
         case Piece::ReadOpts:
-            return ReadOptions(s.read);
+            return ReadOptions(p.r);
         case Piece::DVD:
-            return writeDVDCommand(s.write, s.settings, s.drive, useRaw, dataDisc, lock, forms);
+            return writeDVDCommand(p.w, p.s, p.d, useRaw, dataDisc, lock, forms);
     }
     return {};
 }
 
 const auto none = [](Panels &) {};
 
+// clang-format off
 const Row kRows[] = {
-    {"the example", [](Panels &s) { s.settings.chkUseSPTI = s.write.chkWriteCDText = 1; }, Piece::Write, true,
-     false, true, " --device SPTILOCK:1,0,0 --driver generic-mmc:0x10 "},
-    {"an unticked buffer protection sets its bit", [](Panels &s) { s.write.chkBurnProof = 0; }, Piece::Write,
-     true, false, false, " --device ASPI:1,0,0 --driver generic-mmc:0x40 "},
-    {"OR, not addition",
-     [](Panels &s) {
-         s.write.chkWriteCDText = 1;
-         s.drive.DriverOptions = "10";
-     },
+    {"the example", [](Panels &p) { p.s.chkUseSPTI = p.w.chkWriteCDText = 1; },
+     Piece::Write, true, false, true, " --device SPTILOCK:1,0,0 --driver generic-mmc:0x10 "},
+    {"an unticked buffer protection sets its bit", [](Panels &p) { p.w.chkBurnProof = 0; },
+     Piece::Write, true, false, false, " --device ASPI:1,0,0 --driver generic-mmc:0x40 "},
+    {"OR, not addition", [](Panels &p) { p.w.chkWriteCDText = 1; p.d.DriverOptions = "10"; },
      Piece::Write, true, false, false, " --device ASPI:1,0,0 --driver generic-mmc:0x10 "},
-    {"nothing to OR: the drive's word as it is", [](Panels &s) { s.drive.DriverOptions = "0010"; },
+    {"nothing to OR: the drive's word as it is", [](Panels &p) { p.d.DriverOptions = "0010"; },
      Piece::Write, true, false, false, " --device ASPI:1,0,0 --driver generic-mmc:0x0010 "},
-    {"the raw driver takes no CD-Text bit",
-     [](Panels &s) { s.write.ChkWriteDriverRaw = s.write.chkWriteCDText = 1; }, Piece::Write, true, false,
-     false, " --device ASPI:1,0,0 --driver generic-mmc-raw:0x0 "},
-    {"a multi-session data disc is never written raw",
-     [](Panels &s) { s.write.ChkWriteDriverRaw = s.write.chkWriteCDText = s.write.chkMultiSession = 1; },
-     Piece::Write, true, true, false, " --device ASPI:1,0,0 --driver generic-mmc:0x10 "},
-    {"a stored raw driver is not used",
-     [](Panels &s) {
-         s.drive = {"generic-mmc-raw", "20", ""};
-     },
-     Piece::Write, true, false, false, " --device ASPI:1,0,0 --driver generic-mmc:0x20 "},
-    {"only generic-mmc takes CD-Text",
-     [](Panels &s) {
-         s.drive = {"plextor", "20", ""};
-         s.write.chkWriteCDText = 1;
-     },
-     Piece::Write, true, false, false, " --device ASPI:1,0,0 --driver plextor:0x20 "},
-    {"without the driver table",
-     [](Panels &s) {
-         s.settings.UseDriverTable = false;
-         s.drive = {"plextor", "20", ""};
-     },
-     Piece::Write, true, false, false, " --device ASPI:1,0,0 --driver generic-mmc:0x0 "},
-    {"without the table, raw",
-     [](Panels &s) {
-         s.settings.UseDriverTable = false;
-         s.write.ChkWriteDriverRaw = 1;
-     },
+    {"the raw driver takes no CD-Text bit", [](Panels &p) { p.w.ChkWriteDriverRaw = p.w.chkWriteCDText = 1; },
      Piece::Write, true, false, false, " --device ASPI:1,0,0 --driver generic-mmc-raw:0x0 "},
-    {"reading: no CD-Text is a bit, a raw driver is none",
-     [](Panels &s) { s.drive.Driver = "generic-mmc-raw"; }, Piece::Read, false, false, false,
-     " --device ASPI:1,1,0 --driver generic-mmc:0x200000 "},
+    {"a multi-session data disc is never written raw",
+     [](Panels &p) { p.w.ChkWriteDriverRaw = p.w.chkWriteCDText = p.w.chkMultiSession = 1; },
+     Piece::Write, true, true, false, " --device ASPI:1,0,0 --driver generic-mmc:0x10 "},
+    {"a stored raw driver is not used", [](Panels &p) { p.d = {"generic-mmc-raw", "20", ""}; },
+     Piece::Write, true, false, false, " --device ASPI:1,0,0 --driver generic-mmc:0x20 "},
+    {"only generic-mmc takes CD-Text", [](Panels &p) { p.d = {"plextor", "20", ""}; p.w.chkWriteCDText = 1; },
+     Piece::Write, true, false, false, " --device ASPI:1,0,0 --driver plextor:0x20 "},
+    {"without the driver table", [](Panels &p) { p.s.UseDriverTable = false; p.d = {"plextor", "20", ""}; },
+     Piece::Write, true, false, false, " --device ASPI:1,0,0 --driver generic-mmc:0x0 "},
+    {"without the table, raw", [](Panels &p) { p.s.UseDriverTable = false; p.w.ChkWriteDriverRaw = 1; },
+     Piece::Write, true, false, false, " --device ASPI:1,0,0 --driver generic-mmc-raw:0x0 "},
+    {"reading: no CD-Text is a bit, a raw driver is none", [](Panels &p) { p.d.Driver = "generic-mmc-raw"; },
+     Piece::Read, false, false, false, " --device ASPI:1,1,0 --driver generic-mmc:0x200000 "},
     {"reading as the source of a copy",
-     [](Panels &s) {
-         s.read.chkReadCDText = s.read.chkSimpleTOC = s.read.chkSwapAudio = s.settings.chkUseSPTI = 1;
-     },
+     [](Panels &p) { p.r.chkReadCDText = p.r.chkSimpleTOC = p.r.chkSwapAudio = p.s.chkUseSPTI = 1; },
      Piece::Source, false, false, true,
      " --source-device SPTILOCK:1,1,0 --source-driver generic-mmc:0x30000 "},
     {"reading without the table",
-     [](Panels &s) {
-         s.settings.UseDriverTable = false;
-         s.drive.DriverOptions = "8";
-         s.read.chkReadCDText = 1;
-     },
+     [](Panels &p) { p.s.UseDriverTable = false; p.d.DriverOptions = "8"; p.r.chkReadCDText = 1; },
      Piece::Read, false, false, false, " --device ASPI:1,1,0 --driver generic-mmc:0x0 "},
     {"the options' example", none, Piece::WriteOpts, false, false, false,
      " --eject --reload --speed 16 -n --buffers 256 -v 2 "},
     {"every option, speed Max",
-     [](Panels &s) {
-         s.write.cmbSpeed = "Max";
-         s.write.chkEject = 0;
-         s.write.chkOverburn = s.write.chkSimulate = s.write.chkForce = s.write.chkMultiSession = 1;
-         s.write.cmbBuffers = "1024";
-         s.settings.verbosity = 3;
-     },
-     Piece::WriteOpts, false, false, false,
+     [](Panels &p) {
+         p.w.cmbSpeed = "Max"; p.w.chkEject = 0;
+         p.w.chkOverburn = p.w.chkSimulate = p.w.chkForce = p.w.chkMultiSession = 1; p.w.cmbBuffers = "1024";
+         p.s.verbosity = 3;
+     }, Piece::WriteOpts, false, false, false,
      " --reload --overburn --simulate --force --multi -n --buffers 1024 -v 3 "},
     {"read options", none, Piece::ReadOpts, false, false, false, " --paranoia-mode 0 "},
     {"raw, paranoia 3, RW subs",
-     [](Panels &s) {
-         s.read.chkReadRaw = s.read.cmbSubsIndex = 1;
-         s.read.cmbParanoiaIndex = 3;
-     },
+     [](Panels &p) { p.r.chkReadRaw = p.r.cmbSubsIndex = 1; p.r.cmbParanoiaIndex = 3; },
      Piece::ReadOpts, false, false, false, " --read-raw --paranoia-mode 3 --read-subchan rw "},
-    {"raw RW subs", [](Panels &s) { s.read.cmbSubsIndex = 2; }, Piece::ReadOpts, false, false, false,
+    {"raw RW subs", [](Panels &p) { p.r.cmbSubsIndex = 2; }, Piece::ReadOpts, false, false, false,
      " --paranoia-mode 0 --read-subchan rw_raw "},
-    {"the DVD writer",
-     [](Panels &s) {
-         s.settings.chkUseSPTI = 1;
-         s.write.cmbSpeed = "8x";
-     },
+    {"the DVD writer", [](Panels &p) { p.s.chkUseSPTI = 1; p.w.cmbSpeed = "8x"; },
      Piece::DVD, true, false, false,
      " dev=SPTILOCK:1,0,0 driveropts=burnfree -v speed=8 fs=75x256f -eject -dao -gracetime=0"},
     {"the DVD writer with every option",
-     [](Panels &s) {
-         s.write.chkBurnProof = s.write.chkEject = 0;
-         s.write.chkSimulate = s.write.chkOverburn = s.write.chkMultiSession = s.write.chkForce = 1;
-         s.write.cmbSpeed = "Max";
-     },
-     Piece::DVD, true, false, false,
+     [](Panels &p) {
+         p.w.chkBurnProof = p.w.chkEject = 0;
+         p.w.chkSimulate = p.w.chkOverburn = p.w.chkMultiSession = p.w.chkForce = 1; p.w.cmbSpeed = "Max";
+     }, Piece::DVD, true, false, false,
      " dev=ASPILOCK:1,0,0 driveropts=noburnfree -v -dummy -overburn fs=75x256f -multi -force -dao "
      "-gracetime=0"},
     {"a multi-session data DVD is never written raw",
-     [](Panels &s) { s.write.ChkWriteDriverRaw = s.write.chkMultiSession = 1; }, Piece::DVD, true, true,
-     false, " dev=ASPILOCK:1,0,0 driveropts=burnfree -v speed=16 fs=75x256f -multi -eject -dao -gracetime=0"},
-    {"a raw DVD", [](Panels &s) { s.write.ChkWriteDriverRaw = 1; }, Piece::DVD, true, false, false,
+     [](Panels &p) { p.w.ChkWriteDriverRaw = p.w.chkMultiSession = 1; }, Piece::DVD, true, true, false,
+     " dev=ASPILOCK:1,0,0 driveropts=burnfree -v speed=16 fs=75x256f -multi -eject -dao -gracetime=0"},
+    {"a raw DVD", [](Panels &p) { p.w.ChkWriteDriverRaw = 1; }, Piece::DVD, true, false, false,
      " dev=ASPILOCK:1,0,0 driveropts=burnfree -v speed=16 fs=75x256f -eject -raw -gracetime=0"},
-    {"ProDVD takes the drive's bare ASPI address", [](Panels &s) { s.settings.UseProDVD = true; }, Piece::DVD,
-     true, false, true, " dev=0,1,0 driveropts=burnfree -v speed=16 fs=75x256f -eject -dao -gracetime=0"},
+    {"ProDVD takes the drive's bare ASPI address", [](Panels &p) { p.s.UseProDVD = true; },
+     Piece::DVD, true, false, true,
+     " dev=0,1,0 driveropts=burnfree -v speed=16 fs=75x256f -eject -dao -gracetime=0"},
 };
+// clang-format on
 
 Panels windowsPanels() {
-    Panels s;
-    s.write.cmbWriterDeviceIndex = 0;
-    s.write.cmbWriterDevice = "1,0,0: PLEXTOR, PX-W4012A";
-    s.write.cmbSpeed = "16x";
-    s.read.cmbReaderDeviceIndex = 0;
-    s.read.cmbReaderDevice = "1,1,0: LITEON, DVD-ROM LTD163";
-    return s;
+    Panels p;
+    p.w.cmbWriterDeviceIndex = 0;
+    p.w.cmbWriterDevice = "1,0,0: PLEXTOR, PX-W4012A";
+    p.w.cmbSpeed = "16x";
+    p.r.cmbReaderDeviceIndex = 0;
+    p.r.cmbReaderDevice = "1,1,0: LITEON, DVD-ROM LTD163";
+    return p;
 }
 
 TEST(Fragments, TheExamplesWithTheWindowsForms) {
     const platform::WindowsDeviceForms forms;
     for (const Row &row : kRows) {
-        Panels s = windowsPanels();
-        row.set(s);
-        EXPECT_EQ(compose(s, row.piece, row.useRaw, row.dataDisc, row.lock, forms), row.expected) << row.what;
+        Panels p = windowsPanels();
+        row.set(p);
+        EXPECT_EQ(compose(p, row.piece, row.useRaw, row.dataDisc, row.lock, forms), row.expected) << row.what;
     }
-    Panels s = windowsPanels();
-    s.write.chkMultiSession = 1;
+    Panels p = windowsPanels();
+    p.w.chkMultiSession = 1;
     bool useRaw = true;
-    writeDevice(s.write, s.settings, s.drive, useRaw, true, false, forms);
+    writeDevice(p.w, p.s, p.d, useRaw, true, false, forms);
     EXPECT_FALSE(useRaw) << "the caller learns that raw was refused";
 }
 
@@ -185,10 +150,10 @@ TEST(Fragments, TheSameWithLinuxDevicePaths) {
     const platform::LinuxDriveLayer linux("/nonexistent");
     for (const Row &row : kRows) {
         if (row.what == std::string("ProDVD takes the drive's bare ASPI address")) continue;
-        Panels s = windowsPanels();
-        s.write.cmbWriterDevice = "/dev/sr1: HL-DT-ST, DVDRAM GH24NSB0";
-        s.read.cmbReaderDevice = "/dev/sr0: ASUS, DRW: 24B1ST";
-        row.set(s);
+        Panels p = windowsPanels();
+        p.w.cmbWriterDevice = "/dev/sr1: HL-DT-ST, DVDRAM GH24NSB0";
+        p.r.cmbReaderDevice = "/dev/sr0: ASUS, DRW: 24B1ST";
+        row.set(p);
         std::string expected = row.expected;
         for (const char *form : {"SPTILOCK:1,0,0", "ASPILOCK:1,0,0", "SPTI:1,0,0", "ASPI:1,0,0"})
             if (auto at = expected.find(form); at != std::string::npos)
@@ -196,7 +161,7 @@ TEST(Fragments, TheSameWithLinuxDevicePaths) {
         for (const char *form : {"SPTILOCK:1,1,0", "ASPI:1,1,0"})
             if (auto at = expected.find(form); at != std::string::npos)
                 expected.replace(at, std::string(form).size(), "/dev/sr0");
-        EXPECT_EQ(compose(s, row.piece, row.useRaw, row.dataDisc, row.lock, linux), expected) << row.what;
+        EXPECT_EQ(compose(p, row.piece, row.useRaw, row.dataDisc, row.lock, linux), expected) << row.what;
     }
 }
 

@@ -1,12 +1,11 @@
 // Drives as Debian's cdrdao scans them and the kernel's CD-ROM table
-// describes them, and the forms of the Windows tools' device arguments.
+// describes them; the device arguments are in the fragments' test.
 #include "platform/LinuxDriveLayer.h"
 
 #include <gtest/gtest.h>
 
 #include <filesystem>
 
-#include "platform/WindowsDeviceForms.h"
 #include "testlib/TestSupport.h"
 
 using namespace saltmarrow;
@@ -67,27 +66,17 @@ TEST(LinuxScan, FieldsOfADeviceLine) {
         EXPECT_EQ(drive.firmware, row.firmware);
         EXPECT_EQ(kLayer.addressOf(drive.fullName), row.address);
     }
-    EXPECT_EQ(kLayer.scanArguments(), " scanbus");
-    EXPECT_FALSE(kLayer.hasSPTILayer());
-    EXPECT_FALSE(kLayer.driveInfoReportsAll());
 }
 
-TEST(LinuxScan, AddressesAndTheDeviceArguments) {
+TEST(LinuxScan, WellFormedAddresses) {
     for (const char *good : {"/dev/sr0", "ATA:0,0,0", "0,6,0", "10,0,12"})
         EXPECT_EQ(kLayer.wellFormedAddress(std::string(good) + ": A, B"), good);
     for (const char *bad :
-         {"", "HL-DT-ST, DVDRAM", "1,0", "0,x,0", "1,0,0,", "0,6,", "sr0", "/dev/sr 0", ",0,0"})
+         {"", "HL-DT-ST, DVDRAM", "1,0", "0,x,0", "1,0,0,", "1,2,3,4", "0,6,", "sr0", "/dev/sr 0", ",0,0"})
         EXPECT_EQ(kLayer.wellFormedAddress(bad), std::nullopt) << bad;
-    // No layers and no locked form: the path is the whole argument.
-    for (bool spti : {false, true})
-        for (bool lock : {false, true}) {
-            EXPECT_EQ(kLayer.cdrdaoDevice("/dev/sr0", spti, lock), "/dev/sr0");
-            EXPECT_EQ(kLayer.dvdDevice("/dev/sr0", spti, lock), "/dev/sr0");
-        }
     // Something that is no block device cannot be asked without a tool.
     EXPECT_EQ(kLayer.discPresent("/dev/null"), std::nullopt);
     EXPECT_EQ(kLayer.discPresent("/nonexistent/sr0"), std::nullopt);
-    EXPECT_EQ(kLayer.capabilities("/dev/sr0"), std::nullopt) << "no table, nothing known";
 }
 
 TEST(KernelTable, EachRowByDriveName) {
@@ -138,19 +127,6 @@ TEST(KernelTable, ALinkedDeviceNameIsFollowedToTheKernelsName) {
     ASSERT_TRUE(caps) << "/dev/cdrom is usually a link to /dev/srN";
     EXPECT_EQ(caps->writeFeatures, "CD-R ");
     EXPECT_EQ(layer.capabilities(dir.file("sr6")), std::nullopt);
-}
-
-// The forms of the Windows tools, as the examples of the fragments give them.
-TEST(WindowsDeviceForms, AddressesAndLayers) {
-    const WindowsDeviceForms forms;
-    EXPECT_EQ(forms.addressOf("1,0,0: PLEXTOR, PX-W4012A"), "1,0,0");
-    EXPECT_EQ(forms.wellFormedAddress("0,2,0: LITEON"), "0,2,0");
-    for (const char *bad : {"1,1,", "1.1.0", "10,0,0: A"})
-        EXPECT_EQ(forms.wellFormedAddress(bad), std::nullopt);
-    EXPECT_EQ(forms.cdrdaoDevice("1,0,0", true, true), "SPTILOCK:1,0,0");
-    EXPECT_EQ(forms.cdrdaoDevice("0,1,0", false, false), "ASPI:0,1,0");
-    EXPECT_EQ(forms.dvdDevice("1,0,0", false, false), "ASPILOCK:1,0,0");
-    EXPECT_EQ(forms.dvdDevice("0,1,0", true, true), "0,1,0");
 }
 
 }  // namespace

