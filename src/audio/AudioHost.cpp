@@ -5,31 +5,8 @@
 
 namespace saltmarrow {
 
-namespace {
-
-struct ExtraText {
-    std::string_view key;
-    std::string_view text;
-};
-
-// clang-format off
-constexpr ExtraText kExtraTexts[] = {
-    {"msgTrackTooShort", "These tracks are shorter than 4 seconds:\r\n%1\r\n\r\n"
-                         "cdrdao refuses such a disc unless Force Execution is ticked in the write settings. "
-                         "Compile anyway?"},
-    {"msgTracksLeftOut", "%1 track(s) could not be read and were left out; see the command log."},
-    {"logTrackLeftOut", "Track %1 left out, it could not be read: "},
-};
-// clang-format on
-
-}  // namespace
-
 std::string AudioHost::text(std::string_view key) const {
-    std::string t = message ? message(key) : std::string();
-    if (!t.empty()) return t;
-    for (const auto &row : kExtraTexts)
-        if (row.key == key) return std::string(row.text);
-    return t;
+    return message ? message(key) : std::string();
 }
 
 std::string AudioHost::format(std::string_view key, std::string_view first) const {

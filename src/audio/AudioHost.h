@@ -64,8 +64,7 @@ struct AudioHost {
     // A dialog of the audio window takes the captions of the user's language.
     std::function<void(QWidget *form)> translateForm;
 
-    // The text of key. A few texts the table does not know yet fall back to
-    // English, so that a language file may still translate them.
+    // The text of key in the message table.
     std::string text(std::string_view key) const;
     std::string format(std::string_view key, std::string_view first) const;
     int msgBox(const std::string &text, int style) const;

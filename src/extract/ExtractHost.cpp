@@ -5,30 +5,8 @@
 
 namespace saltmarrow {
 
-namespace {
-
-struct ExtraText {
-    std::string_view key;
-    std::string_view text;
-};
-
-// clang-format off
-constexpr ExtraText kExtraTexts[] = {
-    {"msgExtractNoTemplate", "Please enter a file name template in the extraction settings."},
-    {"msgExtractTemplateOutside", "The file name template \"%1\" has to name a file below the output folder."},
-    {"msgExtractFolder", "The folder %1 cannot be written to."},
-    {"msgEncoderMissing", "The encoder %1 was not found."},
-};
-// clang-format on
-
-}  // namespace
-
 std::string ExtractHost::text(std::string_view key) const {
-    std::string t = message ? message(key) : std::string();
-    if (!t.empty()) return t;
-    for (const auto &row : kExtraTexts)
-        if (row.key == key) return std::string(row.text);
-    return t;
+    return message ? message(key) : std::string();
 }
 
 std::string ExtractHost::format(std::string_view key, std::string_view first) const {

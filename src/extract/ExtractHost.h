@@ -44,7 +44,7 @@ struct ExtractHost {
     std::function<void(const char *procedure, const std::function<void()> &handler)> guard;
     std::function<void(QWidget *form)> translateForm;  // the user's language
 
-    // The text of key; the few texts the table lacks fall back to English.
+    // The text of key in the message table.
     std::string text(std::string_view key) const;
     std::string format(std::string_view key, std::string_view first) const;
     int msgBox(const std::string &text, int style) const;

@@ -14,7 +14,7 @@ struct DefaultMessage {
 // The English texts, in the order the language template lists them. Spelling
 // slips ("tempory", "Recieving", "Reparied") are part of the keys and texts
 // that translators and older language files already know; keep them.
-constexpr std::array<DefaultMessage, 263> kDefaultMessages{{
+constexpr std::array<DefaultMessage, 270> kDefaultMessages{{
     {"msgWriteProgress", "Wrote %1 of %2 MB"},
     {"msgWriteBuffer", "Buffer"},
     {"msgNoImageLoaded", "NO IMAGE LOADED"},
@@ -202,6 +202,12 @@ constexpr std::array<DefaultMessage, 263> kDefaultMessages{{
     {"msgSkippingTrack", "Skipping Track:"},
     {"msgAdjustingTrack", "Adjusting Track:"},
     {"msgNoFreeSpace", "Insufficient free space on drive %1"},
+    {"msgTrackTooShort",
+     "These tracks are shorter than 4 seconds:\r\n%1\r\n\r\n"
+     "cdrdao refuses such a disc unless Force Execution is ticked in the write settings. "
+     "Compile anyway?"},
+    {"msgTracksLeftOut", "%1 track(s) could not be read and were left out; see the command log."},
+    {"logTrackLeftOut", "Track %1 left out, it could not be read: "},
     {"listTrack", "Track"},
     {"listPause", "Pause"},
     {"listLength", "Length"},
@@ -236,6 +242,11 @@ constexpr std::array<DefaultMessage, 263> kDefaultMessages{{
     {"msgBytes", " bytes..."},
     {"msgFreedbQuit", "&Quit"},
     {"msgFreedbGetTracks", "Get &Tracks"},
+    {"msgExtractNoTemplate", "Please enter a file name template in the extraction settings."},
+    {"msgExtractTemplateOutside",
+     "The file name template \"%1\" has to name a file below the output folder."},
+    {"msgExtractFolder", "The folder %1 cannot be written to."},
+    {"msgEncoderMissing", "The encoder %1 was not found."},
     {"msgAddingFolders", "Adding Folders..."},
     {"msgCompilingFileList", "Compiling File List..."},
     {"msgCompliantPVD", "Setting Compliant PVD may change current values"},
