@@ -3,10 +3,13 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QDialogButtonBox>
+#include <QDir>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QFontDialog>
 #include <QInputDialog>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QVBoxLayout>
@@ -16,7 +19,47 @@
 namespace saltmarrow::platform {
 
 namespace {
-QString q(const std::string &s) { return QString::fromStdString(s); }
+QString q(const std::string &s) {
+    return QString::fromStdString(s);
+}
+
+// Qt's own file dialog reads quotes in the name field as a list of names
+// ("a" "b"), so a name typed with a quote in it would be cut up or lost. This
+// one takes such a name as it stands, in the folder shown: for saving it asks
+// before replacing a file as the dialog does itself; for opening, the file has
+// to be there (otherwise the quotes are the list they look like).
+class NameDialog : public QFileDialog {
+public:
+    using QFileDialog::QFileDialog;
+    QString typed;
+
+    void accept() override {
+        const auto *edit = findChild<QLineEdit *>(QStringLiteral("fileNameEdit"));
+        const QString text = edit ? edit->text() : QString();
+        if (!text.contains('"')) {
+            QFileDialog::accept();
+            return;
+        }
+        const QFileInfo file(directory().absoluteFilePath(text));
+        if (file.isDir()) {
+            setDirectory(file.absoluteFilePath());
+            return;
+        }
+        if (acceptMode() == AcceptOpen) {
+            if (!file.isFile()) {
+                QFileDialog::accept();
+                return;
+            }
+        } else if (file.exists() &&
+                   QMessageBox::warning(
+                       this, windowTitle(),
+                       QFileDialog::tr("%1 already exists.\nDo you want to replace it?").arg(file.fileName()),
+                       QMessageBox::Yes | QMessageBox::No, QMessageBox::No) != QMessageBox::Yes)
+            return;
+        typed = file.absoluteFilePath();
+        QDialog::accept();
+    }
+};
 }  // namespace
 
 QString qtFilter(const std::string &filter) {
@@ -38,40 +81,68 @@ int QtDialogs::MsgBoxOverMe(const std::string &text, int style, const std::strin
     box.setWindowTitle(title.empty() ? QApplication::applicationDisplayName() : q(title));
     box.setText(q(text).replace(QLatin1String("\r\n"), QLatin1String("\n")));
     switch (style & 0x70) {
-    case mb::Critical: box.setIcon(QMessageBox::Critical); break;
-    case mb::Question: box.setIcon(QMessageBox::Question); break;
-    case mb::Exclamation: box.setIcon(QMessageBox::Warning); break;
-    case mb::Information: box.setIcon(QMessageBox::Information); break;
-    default: break;
+        case mb::Critical:
+            box.setIcon(QMessageBox::Critical);
+            break;
+        case mb::Question:
+            box.setIcon(QMessageBox::Question);
+            break;
+        case mb::Exclamation:
+            box.setIcon(QMessageBox::Warning);
+            break;
+        case mb::Information:
+            box.setIcon(QMessageBox::Information);
+            break;
+        default:
+            break;
     }
     switch (style & 0x7) {
-    case mb::OKCancel: box.setStandardButtons(QMessageBox::Ok | QMessageBox::Cancel); break;
-    case mb::YesNoCancel: box.setStandardButtons(QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel); break;
-    case mb::YesNo: box.setStandardButtons(QMessageBox::Yes | QMessageBox::No); break;
-    default: box.setStandardButtons(QMessageBox::Ok); break;
+        case mb::OKCancel:
+            box.setStandardButtons(QMessageBox::Ok | QMessageBox::Cancel);
+            break;
+        case mb::YesNoCancel:
+            box.setStandardButtons(QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel);
+            break;
+        case mb::YesNo:
+            box.setStandardButtons(QMessageBox::Yes | QMessageBox::No);
+            break;
+        default:
+            box.setStandardButtons(QMessageBox::Ok);
+            break;
     }
     switch (box.exec()) {
-    case QMessageBox::Ok: return mb::OK;
-    case QMessageBox::Yes: return mb::Yes;
-    case QMessageBox::No: return mb::No;
-    default: return mb::Cancel;
+        case QMessageBox::Ok:
+            return mb::OK;
+        case QMessageBox::Yes:
+            return mb::Yes;
+        case QMessageBox::No:
+            return mb::No;
+        default:
+            return mb::Cancel;
     }
 }
 
 std::optional<std::vector<std::string>> QtDialogs::openFile(const FileRequest &request) {
-    QFileDialog dialog(owner_, q(request.title), q(request.folder), qtFilter(request.filter));
+    NameDialog dialog(owner_, q(request.title), q(request.folder), qtFilter(request.filter));
     dialog.setFileMode(request.multiSelect ? QFileDialog::ExistingFiles : QFileDialog::ExistingFile);
     if (!request.fileName.empty()) dialog.selectFile(q(request.fileName));
-    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
+    if (dialog.exec() != QDialog::Accepted) return std::nullopt;
+    if (!dialog.typed.isEmpty()) return std::vector<std::string>{dialog.typed.toStdString()};
+    if (dialog.selectedFiles().isEmpty()) return std::nullopt;
     std::vector<std::string> files;
     for (const QString &f : dialog.selectedFiles()) files.push_back(f.toStdString());
     return files;
 }
 
 std::optional<std::string> QtDialogs::saveFile(const FileRequest &request) {
-    QString start = q(request.folder);
-    if (!request.fileName.empty()) start = start.isEmpty() ? q(request.fileName) : start + "/" + q(request.fileName);
-    QString file = QFileDialog::getSaveFileName(owner_, q(request.title), start, qtFilter(request.filter));
+    NameDialog dialog(owner_, q(request.title), q(request.folder), qtFilter(request.filter));
+    dialog.setOption(QFileDialog::DontUseNativeDialog);
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setFileMode(QFileDialog::AnyFile);
+    if (!request.fileName.empty()) dialog.selectFile(q(request.fileName));
+    if (dialog.exec() != QDialog::Accepted) return std::nullopt;
+    QString file = dialog.typed;
+    if (file.isEmpty() && !dialog.selectedFiles().isEmpty()) file = dialog.selectedFiles().first();
     if (file.isEmpty()) return std::nullopt;
     return file.toStdString();
 }
@@ -108,6 +179,8 @@ std::optional<FontChoice> QtDialogs::chooseFont(const FontChoice &current) {
     return FontChoice{chosen.family().toStdString(), chosen.pointSize()};
 }
 
-void BeepSounds::play(const std::string &, bool) { QApplication::beep(); }
+void BeepSounds::play(const std::string &, bool) {
+    QApplication::beep();
+}
 
 }  // namespace saltmarrow::platform
