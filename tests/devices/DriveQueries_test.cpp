@@ -1,11 +1,15 @@
+// What the drive and disc queries make of the tools' answers.
 #include "devices/DriveQueries.h"
 
 #include <gtest/gtest.h>
 
 #include "ScriptedHost.h"
+#include "devices/KernelDriveInfo.h"
 #include "support/RuntimeError.h"
 
 using namespace saltmarrow;
+using saltmarrow::test::asOutput;
+using saltmarrow::test::diskInfo;
 using saltmarrow::test::ScriptedHost;
 
 namespace {
@@ -27,12 +31,6 @@ std::vector<std::string> driveInfo(const std::string &media, const std::vector<s
                                       "Buffer Underrun Protection: yes"};
     lines.insert(lines.end(), speedLines.begin(), speedLines.end());
     return lines;
-}
-
-std::string asOutput(const std::vector<std::string> &lines) {
-    std::string out;
-    for (const auto &l : lines) out += "\r\n" + l;
-    return out;
 }
 
 TEST(Speeds, LadderAndReportedList) {
@@ -170,17 +168,6 @@ TEST_F(Query, MediaRefreshKeepsOrResetsTheSpeedChoice) {
     EXPECT_EQ(fake.commands.size(), 2u) << "not while the settings area is closed, unless automatic";
 }
 
-std::vector<std::string> diskInfo(bool rewritable, bool blank, bool appendable) {
-    std::vector<std::string> lines = {
-        "That data below may not reflect the real status of the inserted medium",
-        std::string("CD-RW                : ") + (rewritable ? "yes" : "no"),
-        "Total Capacity       : 79:59:74 (359849 blocks, 702/807 MB)",
-        std::string("CD-R empty           : ") + (blank ? "yes" : "no"),
-        std::string("Appendable           : ") + (appendable ? "yes" : "no")};
-    if (appendable) lines.push_back("Remaining Capacity   : 73:31:50 (330875 blocks, 646/727 MB)");
-    return lines;
-}
-
 TEST(DiscStatus, WhatTheDiscIs) {
     struct Row {
         std::vector<std::string> output;
@@ -216,10 +203,7 @@ TEST(DiscStatus, WhatTheDiscIs) {
     ASSERT_EQ(fake.dialogs.prompts.size(), 1u);
     EXPECT_EQ(fake.dialogs.prompts[0].text, "Please select a Write Device.");
     EXPECT_EQ(fake.dialogs.prompts[0].style, 48);
-    const DiscStatusResult fields = splitDiscStatus("A" + nul + "330875" + nul + "1");
-    EXPECT_EQ(fields.status, 'A');
-    EXPECT_EQ(fields.blocks, 330875);
-    EXPECT_EQ(fields.rewritable, 1);
+    EXPECT_EQ(splitDiscStatus("A" + nul + "330875" + nul + "1").blocks, 330875);
 }
 
 TEST(DiscStatus, AUsedRewritableIsOfferedForErasingAndReadAgain) {
@@ -254,6 +238,68 @@ TEST(DiscStatus, AUsedRewritableIsOfferedForErasingAndReadAgain) {
     result = splitDiscStatus(discStatus(fake.host, context));
     EXPECT_EQ(offers, 2);
     EXPECT_EQ(result.status, 'A');
+}
+
+// The drive queries where the system tells what a drive is and cdrdao only
+// its speed: Debian's cdrdao with the kernel's CD-ROM table.
+TEST(KernelDriveInfo, TopSpeedInCDOrDVDSteps) {
+    struct Row {
+        const char *output;
+        bool dvd;
+        long top;
+    };
+    const Row rows[] = {
+        {"Maximum reading speed: 8467 kB/s\nMaximum writing speed: 7056 kB/s\n", false, 40},
+        {"Maximum writing speed: 22160 kB/s\r\n", true, 16},
+        {"Maximum writing speed: 8310 kB/s", true, 6},
+        {"Maximum writing speed: 0 kB/s", false, 0},
+        {"Maximum reading speed: 8467 kB/s", false, 0},
+    };
+    for (const Row &row : rows) EXPECT_EQ(topWriteSpeed(row.output, row.dvd), row.top) << row.output;
+}
+
+TEST(KernelDriveInfo, MediumWords) {
+    const std::string inquiry = "INQUIRY:                [HL-DT-ST][DVDRAM GH24NSB0 ][LN01]\n";
+    const std::pair<std::string, const char *> dvds[] = {
+        {inquiry + " Mounted Media:         1Bh, DVD+R\n", "DVD+R"},
+        {inquiry + " Mounted Media:         11h, DVD-R Sequential\n", "DVD-R"},
+        {inquiry + " Mounted Media:         13h, DVD-RW Restricted Overwrite\r\n", "DVD-RW"},
+        {inquiry + ":-( no media mounted, exiting...\n", "n/a"},
+        {inquiry + ":-( non-DVD media mounted, exiting...\n", ""},
+        {inquiry + " Mounted Media:         41h, BD-R SRM\n", ""},
+        {"/dev/sr0: unable to open: No such file or directory\n", ""},
+    };
+    for (const auto &[output, type] : dvds) EXPECT_EQ(dvdMediumType(output), type) << output;
+    const std::string read = "That data below may not reflect the real status of the inserted medium\n";
+    const std::pair<std::string, const char *> cds[] = {
+        {read + "CD-RW                : yes\nCD-R medium          : Ritek\n", "CD-RW"},
+        {read + "CD-RW                : no\nCD-R medium          : Taiyo Yuden\n", "CD-R"},
+        {read + "CD-RW                : no\nCD-R medium          : n/a\n", "CD-ROM"},
+        {"ERROR: Unit not ready, giving up.\n", "n/a"},
+    };
+    for (const auto &[output, type] : cds) EXPECT_EQ(cdMediumType(output), type) << output;
+}
+
+TEST(KernelDriveInfo, TheMediumAsksAsFewToolsAsItCan) {
+    ScriptedHost fake;
+    fake.host.mediaInfoTool = "/app/external/dvd+rw-mediainfo";
+    DeviceInfo device;
+    device.Driver = "generic-mmc";
+    platform::DriveCapabilities dvdDrive;
+    dvdDrive.readsDVD = true;
+    fake.answer({"INQUIRY: x", " Mounted Media:         1Bh, DVD+R"});
+    EXPECT_EQ(queryMedium(fake.host, device, "/dev/sr0", dvdDrive), "DVD+R");
+    fake.answer({":-( non-DVD media mounted, exiting..."}, false);
+    fake.answer({"That data below may not reflect the real status", "CD-RW                : yes"});
+    EXPECT_EQ(queryMedium(fake.host, device, "/dev/sr0", dvdDrive), "CD-RW");
+    fake.answer({"ERROR: Unit not ready, giving up."}, false);
+    EXPECT_EQ(queryMedium(fake.host, device, "/dev/sr1", {}), "n/a") << "a CD drive is asked by cdrdao alone";
+    EXPECT_EQ(
+        fake.commands,
+        (std::vector<std::string>{
+            "\"/app/external/dvd+rw-mediainfo\" /dev/sr0", "\"/app/external/dvd+rw-mediainfo\" /dev/sr0",
+            "\"/app/external/cdrdao\" disk-info --device /dev/sr0 --driver generic-mmc",
+            "\"/app/external/cdrdao\" disk-info --device /dev/sr1 --driver generic-mmc"}));
 }
 
 }  // namespace

@@ -12,6 +12,26 @@
 
 namespace saltmarrow::test {
 
+// Lines as commandOutput holds them: CR LF before every line.
+inline std::string asOutput(const std::vector<std::string> &lines) {
+    std::string out;
+    for (const auto &l : lines) out += "\r\n" + l;
+    return out;
+}
+
+// cdrdao's disk-info of an 80 minute recordable CD.
+inline std::vector<std::string> diskInfo(bool rewritable, bool blank, bool appendable) {
+    std::vector<std::string> lines = {
+        "That data below may not reflect the real status of the inserted medium",
+        std::string("CD-RW                : ") + (rewritable ? "yes" : "no"),
+        "Total Capacity       : 79:59:74 (359849 blocks, 702/807 MB)",
+        "CD-R medium          : Taiyo Yuden",
+        std::string("CD-R empty           : ") + (blank ? "yes" : "no"),
+        std::string("Appendable           : ") + (appendable ? "yes" : "no")};
+    if (appendable) lines.push_back("Remaining Capacity   : 73:31:50 (330875 blocks, 646/727 MB)");
+    return lines;
+}
+
 // The main form for the device procedures: answers each command from a
 // queue of stored tool outputs and records what it was asked and told.
 struct ScriptedHost {
@@ -51,11 +71,9 @@ struct ScriptedHost {
         };
         host.splashStep = [this] { splash.push_back("step"); };
     }
-    // The next output, as commandOutput holds it: CR LF before every line.
+    // The next output.
     void answer(const std::vector<std::string> &lines, bool ok = true) {
-        std::string out;
-        for (const auto &l : lines) out += "\r\n" + l;
-        answers.push_back({ok, out});
+        answers.push_back({ok, asOutput(lines)});
     }
 };
 

@@ -78,11 +78,7 @@ std::string answer(const std::string &command, const Disc &disc) {
     if (command.find(" toc-info ") != std::string::npos)
         return "\r\ndisc.toc: 1 tracks, length 00:06:00, 450 blocks, 0.878906 MB";
     if (command.find(" disk-info ") == std::string::npos) return {};
-    return std::string("\r\nThat data below may not reflect the real status of the inserted medium") +
-           "\r\nCD-RW                : " + (disc.rewritable ? "yes" : "no") +
-           "\r\nTotal Capacity       : 79:59:74 (359849 blocks, 702/807 MB)" +
-           "\r\nCD-R medium          : Taiyo Yuden" +
-           "\r\nCD-R empty           : " + (disc.blank ? "yes" : "no") + "\r\nAppendable           : no";
+    return test::asOutput(test::diskInfo(disc.rewritable, disc.blank, false));
 }
 
 TEST(WriteDispatcher, TheChecksInTheirOrder) {
@@ -103,9 +99,7 @@ TEST(WriteDispatcher, TheChecksInTheirOrder) {
 
         test::ScriptedHost fake;
         fake.host.mediaInfoTool = "/app/external/dvd+rw-mediainfo";
-        std::vector<std::string> commands;
         fake.host.run = [&](const std::string &command) {
-            commands.push_back(command);
             const std::string out = answer(command, row.disc);
             return ToolRun{row.disc.readable && !out.empty(), out};
         };
@@ -201,16 +195,12 @@ TEST(WriteDispatcher, TheMediumAgainstTheTask) {
         bool allowed;
         Mode after;
     };
+    // The rest is in the dispatcher's rows above.
     const MediumRow rows[] = {
         {Mode::DataDVD, "DVD+RW", "", true, Mode::DataDVD},
         {Mode::WriteCD, "DVD-ROM", "x.ISO", true, Mode::WriteDVD},
-        {Mode::WriteCD, "DVD-R", "x.toc", false, Mode::WriteCD},
         {Mode::AudioCD, "DVD-RW", "", false, Mode::AudioCD},
-        {Mode::CopyCD, "CD-RW", "", true, Mode::CopyCD},
-        {Mode::DataDVD, "CD-R", "", false, Mode::DataDVD},
         {Mode::WriteDVD, "CD-R", "x.iso", false, Mode::WriteDVD},
-        {Mode::DataDVD, "DVD-RAM", "", true, Mode::DataDVD},
-        {Mode::AudioCD, "", "", true, Mode::AudioCD},
     };
     for (const MediumRow &row : rows) {
         const MediumDecision d = mediumFitsTask(row.mode, row.medium, row.image);

@@ -22,7 +22,6 @@ struct EraseDialog : ::testing::Test {
 };
 
 TEST_F(EraseDialog, EraseHandsOverTheMode) {
-    EXPECT_EQ(dialog.objectName(), "frmEraseCD");
     for (bool minimal : {true, false}) {
         dialog.show();
         dialog.chkMinimal->setChecked(minimal);
