@@ -30,7 +30,6 @@ TEST(DataLink, MenuEntriesOpenTheirKindAndGuardTheProject) {
     ASSERT_TRUE(form);
     EXPECT_TRUE(form->isVisible());
     EXPECT_EQ(form->windowTitle(), "Data DVD Mastering");
-    EXPECT_EQ(form->listModel->headerData(0, Qt::Horizontal, Qt::DisplayRole).toString(), "Name");
 
     TempDir dir;
     writeFile(dir.file("a.txt"), "12345");
@@ -43,17 +42,12 @@ TEST(DataLink, MenuEntriesOpenTheirKindAndGuardTheProject) {
 
     main.mnuDataDVD->trigger();
     EXPECT_EQ(form->project.total, 5) << "the same kind keeps the project";
-    shell.dialogs.answer(mb::Cancel);
+    // When the question is asked and what Cancel keeps: NewDataJob in tests/data.
+    shell.dialogs.answer(mb::OK);
     main.mnuDVDVideo->trigger();
     EXPECT_EQ(shell.dialogs.prompts.back().text,
               "Starting a new data project type will clear previous data project.");
-    EXPECT_TRUE(form->project.blnDVD && !form->project.blnDVDVideo);
-    EXPECT_EQ(form->project.total, 5);
-
-    shell.dialogs.answer(mb::OK);
-    main.mnuDVDVideo->trigger();
     EXPECT_EQ(form->windowTitle(), "DVD Video Mastering");
-    EXPECT_EQ(form->treeFolders->topLevelItem(0)->childCount(), 2);
     const auto prompts = shell.dialogs.prompts.size();
     main.mnuDataCD->trigger();
     EXPECT_EQ(shell.dialogs.prompts.size(), prompts) << "nothing added: no question";
@@ -98,18 +92,12 @@ struct DataDiscs : ::testing::Test {
         args.insert(args.end(), {"-i", image});
         return runTool(args).output;
     }
-    bool toolsAlive() {
-        for (const auto &e : std::filesystem::directory_iterator("/proc")) {
-            const int pid = std::atoi(e.path().filename().c_str());
-            if (pid > 0 && readFile(e.path() / "cmdline").find(app) != std::string::npos && processAlive(pid))
-                return true;
-        }
-        return false;
-    }
+    bool toolsAlive() { return !livingProcessesNaming(app).empty(); }
 };
 
 // Names with "=", blanks, umlauts and 100 characters, an empty folder, every
-// descriptor, UDF and a boot image: all read back from what the drive got.
+// descriptor and a boot image: all read back from what the drive got. Which
+// box gives which option is IsoBuild's (tests/data).
 TEST_F(DataDiscs, ACDOnTheFlyThenASessionThatImportsIt) {
     const std::string longName(100, 'n'), boot(4096, 'Z'), temp = app + "/external/TEMP/";
     for (const std::string &name : {std::string("a=b c.txt"), longName}) writeFile(root.file(name), name);
@@ -119,12 +107,17 @@ TEST_F(DataDiscs, ACDOnTheFlyThenASessionThatImportsIt) {
     start(cd);
     form->job().addFiles({root.path(), "a=b c.txt", longName});
     frmISOSettings &iso = *form->iso();
-    const std::pair<data::IsoField, const char *> fields[] = {
-        {data::IsoField::SysID, "SYS"},         {data::IsoField::VolSet, "SET"},
-        {data::IsoField::Publisher, "P \"Q\""}, {data::IsoField::Preparer, "PREP"},
-        {data::IsoField::Abstract, "ABS"},      {data::IsoField::Bibliographic, "BIB"},
-        {data::IsoField::Copyright, "COPY"},    {data::IsoField::Label, "MY DISC"}};
-    for (const auto &[field, text] : fields) iso.field(field)->setText(text);
+    // Each descriptor with its text and the name isoinfo gives it.
+    const std::tuple<data::IsoField, std::string, std::string> fields[] = {
+        {data::IsoField::SysID, "SYS", "System id"},
+        {data::IsoField::VolSet, "SET", "Volume set id"},
+        {data::IsoField::Publisher, "P \"Q\"", "Publisher id"},
+        {data::IsoField::Preparer, "PREP", "Data preparer id"},
+        {data::IsoField::Abstract, "ABS", "Abstract File id"},
+        {data::IsoField::Bibliographic, "BIB", "Bibliographic File id"},
+        {data::IsoField::Copyright, "COPY", "Copyright File id"},
+        {data::IsoField::Label, "MY DISC", "Volume id"}};
+    for (const auto &[field, text, name] : fields) iso.field(field)->setText(QString::fromStdString(text));
     for (data::IsoBox b : {data::IsoBox::LongJoliet, data::IsoBox::UDF, data::IsoBox::BootImage,
                            data::IsoBox::NoEmulation, data::IsoBox::BootInfoTable})
         iso.box(b)->click();
@@ -134,31 +127,18 @@ TEST_F(DataDiscs, ACDOnTheFlyThenASessionThatImportsIt) {
     EXPECT_EQ(status().substr(0, 29), "Writing finished successfully");
     EXPECT_EQ(fakeCalls(app, "cdrdao write").back().find("cdrdao write --device " + disc + " "), 0u);
     const std::string list = readFile(temp + "filelist.txt");
-    EXPECT_EQ(list.find("/a\\=b c.txt=" + root.file("a\\=b c.txt") + "\n/" + longName + "="), 0u);
     EXPECT_EQ(list.substr(list.rfind('\n')), "\n/My\\=Docs/a.txt=" + src + "/My\\=Docs/a.txt")
         << "last, no line end";
     const std::string first = readFile(kept), next = std::to_string(first.size() / 2048);
-    const std::string rr = info(kept, {"-R", "-l"}), joliet = info(kept, {"-J", "-l"}),
-                      d = info(kept, {"-d"});
+    const std::string rr = info(kept, {"-R", "-l"}), d = info(kept, {"-d"});
     for (const char *name : {"a=b c.txt", "Grüße.txt", "My=Docs", "empty", "1500000", longName.c_str()})
         EXPECT_NE(rr.find(" " + std::string(name) + " "), std::string::npos) << name;
-    EXPECT_NE(joliet.find(" Gr\374\337e.txt "), std::string::npos);
-    EXPECT_NE(joliet.find(" " + longName + " "), std::string::npos) << "long Joliet names";
     EXPECT_EQ(info(kept, {"-R", "-x", "/My=Docs/a.txt"}), "first");
-    EXPECT_TRUE(info(kept, {"-R", "-x", "/Grüße.txt"}) == std::string(1500000, 'g'));
-    for (const char *line :
-         {"Volume id: MY DISC\n", "System id: SYS\n", "Volume set id: SET\n", "Publisher id: P \"Q\"\n",
-          "Data preparer id: PREP\n", "Copyright File id: COPY\n", "Abstract File id: ABS\n",
-          "Bibliographic File id: BIB\n", "(No Emulation Boot)"})
-        EXPECT_NE(d.find(line), std::string::npos) << line;
-    EXPECT_NE(first.substr(16 * 2048, 8 * 2048).find("NSR02"), std::string::npos) << "UDF";
-    // The user's boot image is as it was; the copy on the disc has genisoimage's table in bytes 8 to 63.
+    for (const auto &[field, text, name] : fields)
+        EXPECT_NE(d.find(name + ": " + text + "\n"), std::string::npos) << name;
+    EXPECT_NE(d.find("(No Emulation Boot)"), std::string::npos);
+    // genisoimage writes its table into the boot image it is given: the user's stays as it was.
     EXPECT_TRUE(readFile(root.file("boot=1.img")) == boot);
-    const std::string placed =
-        first.substr(std::stol(d.substr(d.find(' ', d.find("Bootoff ") + 8))) * 2048, 4096);
-    EXPECT_TRUE(placed.substr(0, 8) + placed.substr(64) == boot.substr(0, 8) + boot.substr(64));
-    EXPECT_NE(placed.substr(8, 56), boot.substr(8, 56));
-    EXPECT_EQ((rr + joliet).find("Boot"), std::string::npos);
 
     writeFile(disc, first);
     cd.extra = "blank = no\nappendable = yes\ncapacity = 359849\nremaining = " +
@@ -183,9 +163,6 @@ TEST_F(DataDiscs, ACDOnTheFlyThenASessionThatImportsIt) {
     const std::string both = info(root.file("both"), {"-R", "-l", "-T", next});
     for (const char *name : {" two.txt ", " Grüße.txt ", " My=Docs "})
         EXPECT_NE(both.find(name), std::string::npos);
-    const std::string joliet64 = info(root.file("both"), {"-J", "-l", "-T", next});
-    EXPECT_TRUE(joliet64.find(longName.substr(0, 64)) != std::string::npos &&
-                joliet64.find(longName.substr(0, 65)) == std::string::npos);
 }
 
 TEST_F(DataDiscs, ADVDVideoOnTheFlyCancelledThenWrittenAndItsImageWrittenAgain) {

@@ -152,7 +152,6 @@ TEST(LanguageFile, ChoiceOfLanguages) {
     writeFile(dir.file("languages/notes.doc"), "");
     EXPECT_EQ(availableLanguages(dir.path()), (std::vector<std::string>{"English", "Danish", "German"}));
     EXPECT_EQ(availableLanguages(dir.file("nowhere")), std::vector<std::string>{"English"});
-    EXPECT_EQ(languagePath("/opt/app", "German"), "/opt/app/languages/German.txt");
 }
 
 // The shipped German file's messages: complete, and every text keeps what

@@ -114,15 +114,9 @@ TEST_F(Jobs, StartUpFindsTheDrivesAndWhatTheyAre) {
     EXPECT_EQ(cd.WriteSpeeds, "40x,32x,24x,20x,16x,12x,10x,8x,6x,4x,2x,1x");
     EXPECT_EQ(cd.WriteFeatures, "CD-R CD-RW MRW-WRITE ");
     EXPECT_EQ(cd.LastMediaType, "CD-R");
-    EXPECT_EQ(items(f().cmbSpeed).front(), "40x");
-    EXPECT_EQ(f().deviceState.devices.item(1).WriteSpeeds, "16x,12x,10x,8x,6x,4x,2x,1x") << "DVD steps";
     EXPECT_EQ(f().deviceState.devices.item(1).LastMediaType, "DVD+R");
-    EXPECT_FALSE(f().deviceState.devices.item(2).isWriter);
-    // One scan; DVD drives are asked by dvd+rw-mediainfo, a CD-only writer by disk-info.
+    // One scan. Which tool asks which drive, and the DVD speed steps: tests/devices.
     EXPECT_EQ(calls("cdrdao scanbus"), std::vector<std::string>{"cdrdao scanbus"});
-    EXPECT_TRUE(calls("dvd+rw-mediainfo /dev/sr0").empty());
-    EXPECT_FALSE(calls("dvd+rw-mediainfo /dev/sr1").empty());
-    EXPECT_FALSE(calls("cdrdao disk-info --device /dev/sr0").empty());
     expectOnlyDevicePaths();
 
     // Device info shows the writer.
@@ -135,8 +129,6 @@ TEST_F(Jobs, StartUpFindsTheDrivesAndWhatTheyAre) {
 
 TEST_F(Jobs, NoDriveIsSaid) {
     start({}, {}, "sysfs = missing\n");
-    EXPECT_EQ(f().cmbReaderDevice->count(), 0);
-    EXPECT_EQ(status(), "Could not find any host adapters.");
     h->dialogs.answer(mb::OK);
     f().cmdWrite->click();
     EXPECT_EQ(h->dialogs.prompts.back().text, "Please select a Write Device.");
@@ -160,6 +152,8 @@ TEST_F(Jobs, ACueImageOntoABlankCD) {
     ASSERT_EQ(h->dialogs.prompts.size(), 3u);
     // A cue sheet counts as its own size until cdrdao writes it; the room is counted in its blocks.
     EXPECT_EQ(h->dialogs.prompts[0].text, "0 MB to be written to disc (807 MB free).");
+    EXPECT_EQ(h->dialogs.prompts[1].text.substr(0, 29), "Writing finished successfully");
+    EXPECT_EQ(h->dialogs.prompts[1].style, mb::Information);
     EXPECT_EQ(h->dialogs.prompts[2].text, "Please confirm deletion of Image Files");
     EXPECT_EQ(status().substr(0, 40), "Writing finished successfully after 00mi");
     EXPECT_TRUE(std::filesystem::exists(image));
@@ -173,26 +167,6 @@ TEST_F(Jobs, ACueImageOntoABlankCD) {
     EXPECT_EQ(f().currentMode, Mode::WriteCD);
     EXPECT_EQ(f().cmdWrite->text(), "&Write");
     expectOnlyDevicePaths();
-}
-
-TEST_F(Jobs, CancelDuringTheWriteLeavesNoToolBehind) {
-    LinuxDrive writer = cdWriter("CD-R", kBlankCDR + "hang = write\n");
-    start({writer});
-    load(cue("data", 400));
-    bool clicked = false;
-    auto original = f().runner.objDOS.nullOutputs;
-    f().runner.objDOS.nullOutputs = [&] {
-        original();
-        if (!clicked && f().cmdWrite->text() == "&Cancel" && !calls("cdrdao write").empty()) {
-            clicked = true;
-            f().cmdWrite->click();
-        }
-    };
-    f().cmdWrite->click();
-    EXPECT_TRUE(clicked);
-    EXPECT_TRUE(f().writeCancelled);
-    EXPECT_EQ(status(), "Write Operation Cancelled.");
-    EXPECT_FALSE(toolAlive());
 }
 
 TEST_F(Jobs, TheCommandLineStartsTheWriteOnceTheWindowShows) {
@@ -219,10 +193,7 @@ TEST_F(Jobs, AUsedRewritableIsErasedOnOfferThenWritten) {
     QTimer::singleShot(20, answer);
     f().cmdWrite->click();
     EXPECT_EQ(offers, 1) << "the erased disc is blank: no second offer";
-    const auto blanks = calls("cdrdao blank");
-    ASSERT_EQ(blanks.size(), 1u);
-    EXPECT_EQ(blanks[0],
-              "cdrdao blank --device /dev/sr0 --driver generic-mmc:0x0 --reload --blank-mode minimal");
+    EXPECT_EQ(calls("cdrdao blank").size(), 1u);
     EXPECT_EQ(calls("cdrdao write").size(), 1u) << "the erased disc was read again and written";
     EXPECT_EQ(status().substr(0, 29), "Writing finished successfully");
     EXPECT_TRUE(h->errors.reports.empty());
@@ -230,21 +201,24 @@ TEST_F(Jobs, AUsedRewritableIsErasedOnOfferThenWritten) {
 
 TEST_F(Jobs, EraseByTheRightToolAndUnlock) {
     start({cdWriter("CD-RW", kUsedCDRW + "unlock = fails\n"), dvdWriter("DVD-RW")});
-    for (int writer : {0, 1})
-        for (bool minimal : {false, true}) {
-            f().cmbWriterDevice->setCurrentIndex(writer);
-            QTimer::singleShot(20, [minimal] {
-                auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
-                ASSERT_NE(dialog, nullptr);
-                dialog->findChild<QCheckBox *>("chkMinimal")->setChecked(minimal);
-                dialog->findChild<QPushButton *>("cmdErase")->click();
-            });
-            f().mnuErase->trigger();
-            EXPECT_EQ(f().currentMode, Mode::None);
-            EXPECT_TRUE(f().writeSucceeded) << writer << minimal;
-            EXPECT_EQ(status().substr(0, 29), "Writing finished successfully");
-        }
-    EXPECT_EQ(calls("cdrdao blank").size() + calls("dvdrecord blank=").size(), 4u);
+    // The commands are DiscErase's; here, that the dialog's choice reaches the tool of the writer chosen.
+    for (int writer : {0, 1}) {
+        f().cmbWriterDevice->setCurrentIndex(writer);
+        QTimer::singleShot(20, [writer] {
+            auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
+            ASSERT_NE(dialog, nullptr);
+            dialog->findChild<QCheckBox *>("chkMinimal")->setChecked(writer == 1);
+            dialog->findChild<QPushButton *>("cmdErase")->click();
+        });
+        f().mnuErase->trigger();
+        EXPECT_EQ(f().currentMode, Mode::None);
+        EXPECT_TRUE(f().writeSucceeded) << writer;
+        EXPECT_EQ(status().substr(0, 29), "Writing finished successfully");
+    }
+    EXPECT_EQ(calls("cdrdao blank"), std::vector<std::string>{"cdrdao blank --device /dev/sr0 --driver "
+                                                              "generic-mmc:0x0 --reload --blank-mode full"});
+    EXPECT_EQ(calls("dvdrecord blank="),
+              std::vector<std::string>{"dvdrecord blank=minimal dev=/dev/sr1 gracetime=0"});
     EXPECT_TRUE(h->dialogs.prompts.empty()) << "erasing has no result box";
 
     for (int writer : {1, 0}) {

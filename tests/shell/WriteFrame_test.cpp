@@ -11,47 +11,48 @@ using namespace saltmarrow;
 
 namespace {
 
+// What an outcome does, as words: its status key, then each thing it does.
+std::string shown(const WriteOutcome &out) {
+    std::string words = out.statusKey;
+    for (const auto &[on, word] : {std::pair{out.showMessageBox, " box"},
+                                   {out.playAsterisk, " sound"},
+                                   {out.restoreFromTray, " restore"},
+                                   {out.setSpeedPanel, " speed"},
+                                   {out.offerDelete, " delete"}})
+        if (on) words += word;
+    return words;
+}
+
 TEST(WriteOutcome, FromTheFlags) {
     struct Row {
         const char *what;
-        bool succeeded, failed, cancelled, confirm, deleteImages;
-        Mode mode;
-        std::string status;
-        bool box, sound, restore, speedPanel, offerDelete;
+        WriteOutcomeInput in;  // succeeded, failed, cancelled, confirm, delete images, mode
+        std::string shown;
     };
     const Row rows[] = {
-        {"success", true, false, false, false, true, Mode::WriteCD, "msgWriteSuccess", false, true, false,
-         true, true},
-        {"success, confirmed", true, false, false, true, false, Mode::AudioCD, "msgWriteSuccess", true, false,
-         true, true, false},
-        {"no word of success", false, false, false, true, true, Mode::WriteCD, "msgErrorsLogged", true, false,
-         true, true, false},
-        {"a failure line outweighs a success line", true, true, false, true, true, Mode::WriteCD, "", false,
-         false, true, true, false},
-        {"cancelled", true, false, true, false, true, Mode::WriteCD, "msgWriteCancelled", false, true, false,
-         false, false},
-        {"an erase has no box", true, false, false, true, false, Mode::EraseCD, "msgWriteSuccess", false,
-         false, true, true, false},
-        {"nor a sound", true, false, false, false, false, Mode::EraseCD, "msgWriteSuccess", false, false,
-         false, true, false},
+        {"success", {true, false, false, false, true, Mode::WriteCD}, "msgWriteSuccess sound speed delete"},
+        {"success, confirmed",
+         {true, false, false, true, false, Mode::AudioCD},
+         "msgWriteSuccess box restore speed"},
+        {"no word of success",
+         {false, false, false, true, true, Mode::WriteCD},
+         "msgErrorsLogged box restore speed"},
+        {"a failure line outweighs a success line",
+         {true, true, false, true, true, Mode::WriteCD},
+         " restore speed"},
+        {"cancelled", {true, false, true, false, true, Mode::WriteCD}, "msgWriteCancelled sound"},
+        {"an erase has no box",
+         {true, false, false, true, false, Mode::EraseCD},
+         "msgWriteSuccess restore speed"},
+        {"nor a sound", {true, false, false, false, false, Mode::EraseCD}, "msgWriteSuccess speed"},
     };
     for (const Row &row : rows) {
-        WriteOutcomeInput in;
-        in.writeSucceeded = row.succeeded;
-        in.writeFailed = row.failed;
-        in.writeCancelled = row.cancelled;
-        in.confirmWrite = row.confirm;
-        in.deleteImages = row.deleteImages;
-        in.mode = row.mode;
+        SCOPED_TRACE(row.what);
+        WriteOutcomeInput in = row.in;
         in.elapsedSeconds = 3725;
         const WriteOutcome out = decideWriteOutcome(in);
-        EXPECT_EQ(out.statusKey, row.status) << row.what;
-        EXPECT_EQ(out.showMessageBox, row.box) << row.what;
-        EXPECT_EQ(out.playAsterisk, row.sound) << row.what;
-        EXPECT_EQ(out.restoreFromTray, row.restore) << row.what;
-        EXPECT_EQ(out.setSpeedPanel, row.speedPanel) << row.what;
-        EXPECT_EQ(out.offerDelete, row.offerDelete) << row.what;
-        if (row.status == "msgWriteSuccess") {
+        EXPECT_EQ(shown(out), row.shown);
+        if (out.statusKey == "msgWriteSuccess") {
             EXPECT_EQ(out.elapsedText, "1hrs 2mins 5secs");
         }
     }

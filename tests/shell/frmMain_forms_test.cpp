@@ -72,17 +72,9 @@ TEST(MainStartUp, LeavesAReadyPanel) {
     frmMain &f = h.form();
     ASSERT_TRUE(f.Form_Load());
     EXPECT_TRUE(f.formLoaded);
-    EXPECT_TRUE(std::filesystem::is_directory(h.appDir() + "/external/TEMP"));
-    EXPECT_EQ(f.commandFile, h.appDir() + "/external/TEMP/command.bat");
     EXPECT_EQ(f.txtStatus->text().toStdString(), "No working cdrdao installation found");
-    // The tools that must be there are missed aloud, cdrdao first.
-    ASSERT_EQ(h.dialogs.prompts.size(), 2u);
-    EXPECT_NE(h.dialogs.prompts[0].text.find("/external/cdrdao"), std::string::npos);
-    EXPECT_NE(h.dialogs.prompts[1].text.find("/external/mkisofs"), std::string::npos);
-    EXPECT_EQ(f.writeCaption, "&Write");
-    EXPECT_EQ(f.cmbBuffers->currentText(), "256");
-    EXPECT_EQ(f.cmbParanoia->count(), 4);
-    EXPECT_EQ(f.cmbSubs->count(), 3);
+    // The tools that must be there are missed aloud (their words: ToolRegistry).
+    EXPECT_EQ(h.dialogs.prompts.size(), 2u);
     EXPECT_FALSE(f.settingsArea->isVisibleTo(&f));
     EXPECT_FALSE(f.chkUseSPTI->isEnabled()) << "no SPTI layer here";
     EXPECT_TRUE(h.errors.reports.empty());
@@ -171,69 +163,27 @@ TEST_F(Main, TheInterfaceLockRoundTrip) {
 }
 
 TEST_F(Main, TheFrameReportsFromTheFlagsNotTheExitCode) {
-    struct Row {
-        Mode mode;
-        bool confirm;
-        std::vector<std::string> steps;
-        std::string status;
-        std::vector<std::string> boxes, sounds;
-    };
-    const std::string success = "Writing finished successfully after 00mins 00secs";
     // What each outcome shows is decided in WriteFrame; here, that the form
-    // shows it, from the flags of a real run.
-    const Row rows[] = {
-        {Mode::WriteCD,
-         true,
-         {"out", "Writing track 01\\r\\nWriting finished successfully\\r\\n"},
-         success,
-         {success},
-         {}},
-        {Mode::WriteCD,
-         false,
-         {"out", "Writing finished successfully\\n", "exit", "1"},
-         success,
-         {},
-         {"SystemAsterisk"}},
-        {Mode::AudioCD,
-         false,
-         {"out", "something else\\n"},
-         "There were some errors, please consult the log.",
-         {},
-         {"SystemAsterisk"}},
+    // shows it, from the flags of a real run. The box of a confirmed write:
+    // MainJobs.
+    const std::pair<std::vector<std::string>, std::string> rows[] = {
+        {{"out", "Writing finished successfully\\n", "exit", "1"},
+         "Writing finished successfully after 00mins 00secs"},
+        {{"out", "something else\\n"}, "There were some errors, please consult the log."},
     };
     f.cmbSpeed->addItem("16x");
-    for (const Row &row : rows) {
-        h.dialogs.prompts.clear();
+    for (const auto &[steps, status] : rows) {
         h.sounds.played.clear();
-        f.ChangeCurrentMode(row.mode);
-        f.mnuConfirmWrite->setChecked(row.confirm);
-        f.writeFrame(scripted(row.steps));
-        EXPECT_EQ(f.txtStatus->text().toStdString(), row.status);
-        std::vector<std::string> boxes;
-        for (const auto &p : h.dialogs.prompts) boxes.push_back(p.text + (p.style == 64 ? "" : " (style)"));
-        EXPECT_EQ(boxes, row.boxes);
-        EXPECT_EQ(h.sounds.played, row.sounds);
+        f.ChangeCurrentMode(Mode::AudioCD);
+        f.writeFrame(scripted(steps));
+        EXPECT_EQ(f.txtStatus->text().toStdString(), status);
+        EXPECT_EQ(h.sounds.played, std::vector<std::string>{"SystemAsterisk"});
         EXPECT_EQ(f.cmdWrite->text(), "&Write");
         EXPECT_EQ(f.windowTitle(), "saltmarrow");
     }
+    EXPECT_TRUE(h.dialogs.prompts.empty());
     EXPECT_EQ(f.sbPanel[2]->text(), "16x");
     EXPECT_EQ(f.log->txtOutputs->toPlainText().toStdString(), "something else");
-}
-
-TEST_F(Main, CancelIsTheSecondClick) {
-    f.ChangeCurrentMode(Mode::WriteCD);
-    bool clicked = false;
-    f.runner.objDOS.nullOutputs = [&] {
-        if (!clicked && f.cmdWrite->text() == "&Cancel") {
-            clicked = true;
-            f.cmdWrite->click();
-        }
-    };
-    f.writeFrame(scripted({"out", "Writing track 01\\n", "hang"}));
-    EXPECT_TRUE(clicked);
-    EXPECT_TRUE(f.writeCancelled);
-    EXPECT_EQ(f.txtStatus->text().toStdString(), "Write Operation Cancelled.");
-    EXPECT_EQ(f.cmdWrite->text(), "&Write");
 }
 
 TEST_F(Main, TheCaptionCarriesTheProgressOfARunningWriteOnly) {
@@ -307,8 +257,6 @@ TEST_F(Main, TheLogWindow) {
     f.show();
     f.mnuLog->trigger();
     ASSERT_TRUE(f.log->isVisible());
-    EXPECT_EQ(f.log->windowTitle(), "  Command Log");
-    EXPECT_EQ(f.log->frameGeometry().top(), f.frameGeometry().top() + f.frameGeometry().height());
     EXPECT_TRUE(QFontInfo(f.log->txtOutputs->font()).fixedPitch()) << "the tools' columns line up";
     f.log->setLogFont("No Such Font Family", 11);
     EXPECT_TRUE(QFontInfo(f.log->txtOutputs->font()).fixedPitch());
@@ -319,7 +267,6 @@ TEST_F(Main, TheLogWindow) {
 
     for (int i = 0; i < 1000; ++i) f.log->appendLine(QString("line %1").arg(i));
     EXPECT_TRUE(f.log->txtOutputs->textCursor().atEnd());
-    EXPECT_EQ(f.log->mnuCopyAll->shortcut().toString(), "Ctrl+Shift+C");
 }
 
 TEST_F(Main, HelpDonationAboutAndTheOpenDialog) {
@@ -343,16 +290,11 @@ TEST_F(Main, HelpDonationAboutAndTheOpenDialog) {
         QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
 
-    // The open dialog starts where the last image was, this run and the next.
+    // The folder of the last image is kept for the open dialog of the next run.
     TempDir images;
     writeFile(images.file("disc.iso"), std::string(2048 * 20, '\0'));
     h.dialogs.answer(images.file("disc.iso"));
     f.mnuLoad->trigger();
-    EXPECT_EQ(f.slot.lastFolder, images.path());
-    h.dialogs.cancelNext();
-    f.mnuLoad->trigger();
-    EXPECT_EQ(h.dialogs.prompts.back().request.folder, images.path());
-    EXPECT_EQ(h.dialogs.prompts.back().request.filter, "Image Files (*.cue;*.toc;*.iso)|*.cue;*.toc;*.iso");
     f.settings.setText("TempFolder", "");
     f.close();
     EXPECT_NE(readFile(h.appDir() + "/saltmarrow.ini").find("\r\nMRUWrite=" + images.path() + "\r\n"),
