@@ -28,6 +28,7 @@ struct Rig : ::testing::Test {
     std::map<std::string, std::string, std::less<>> settings;
     std::vector<std::pair<double, double>> progress;
     std::function<void(double)> onProgress;
+    std::string panel;  // the status bar's size
     DataProject project;
     DataJob job{project, host()};
     std::string top = dir.file("top");
@@ -42,6 +43,7 @@ struct Rig : ::testing::Test {
             progress.emplace_back(max, value);
             if (onProgress) onProgress(value);
         };
+        h.showStatus = [this](const std::string &t) { panel = t; };
         return h;
     }
     void SetUp() override {
@@ -274,10 +276,6 @@ TEST_F(Rig, BrowseDropAndTheFileDialogFillTheSelectedFolder) {
 }
 
 TEST_F(Rig, SizeDisplayAgainstTheFixedCapacities) {
-    std::string panel;
-    DataHost h = host();
-    h.showStatus = [&](const std::string &t) { panel = t; };
-    DataJob job(project, h);
     const std::tuple<bool, double, double> cases[] = {
         {false, 1234, 1234}, {false, 9e8, kCDCapacity}, {true, 9e8, 9e8}, {true, 5e9, kDVDCapacity}};
     for (const auto &[dvd, total, value] : cases) {

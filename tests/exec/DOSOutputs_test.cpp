@@ -13,11 +13,8 @@
 #include "testlib/TestSupport.h"
 
 using namespace saltmarrow;
+using namespace saltmarrow::test;
 using saltmarrow::platform::quoteArgument;
-using saltmarrow::test::fixture;
-using saltmarrow::test::readFile;
-using saltmarrow::test::TempDir;
-using saltmarrow::test::writeFile;
 using Lines = std::vector<std::string>;
 
 namespace {
@@ -52,11 +49,15 @@ Outcome run(const std::string &command, int bufferSize = 256,
     return r;
 }
 
-// A command.bat of one pipeline in dir.
-std::string batch(const TempDir &dir, const std::string &name, const std::string &pipeline) {
-    writeFile(dir.file(name), "@ECHO OFF\r\n" + pipeline + "\r\n");
-    return quoteArgument(dir.file(name));
-}
+// Batch files of one pipeline each, of the scripted tool's stages.
+struct BatchPipeline : ::testing::Test {
+    TempDir dir;
+    std::string tool = quoteArgument(fixture("scripted_output"));
+    std::string batch(const std::string &name, const std::string &pipeline) {
+        writeFile(dir.file(name), "@ECHO OFF\r\n" + pipeline + "\r\n");
+        return quoteArgument(dir.file(name));
+    }
+};
 
 }  // namespace
 
@@ -167,38 +168,33 @@ TEST(DOSOutputs, ArgumentsReachTheProcessUnchanged) {
     EXPECT_EQ(run(scripted(steps)).lines, expected);
 }
 
-TEST(BatchPipeline, FiftyMegabytesFlowBetweenTheStagesAndLinesArriveInOrder) {
-    TempDir dir;
+TEST_F(BatchPipeline, FiftyMegabytesFlowBetweenTheStagesAndLinesArriveInOrder) {
     // The tools folder of a user may hold blanks.
-    std::string tools = dir.file("my tools");
+    const std::string tools = dir.file("my tools");
     std::filesystem::create_directory(tools);
     std::filesystem::copy_file(fixture("scripted_output"), tools + "/scripted_output");
-    std::string tool = quoteArgument(tools + "/scripted_output");
-    Outcome r = run(batch(dir, "command.bat", tool + " fill 52428800 x | " + tool + " count"));
+    tool = quoteArgument(tools + "/scripted_output");
+    Outcome r = run(batch("command.bat", tool + " fill 52428800 x | " + tool + " count"));
     EXPECT_TRUE(r.result);
     ASSERT_EQ(r.lines.size(), 51u);
     for (int i = 1; i <= 50; ++i) EXPECT_EQ(r.lines[i - 1], "read " + std::to_string(i) + " MB");
     EXPECT_EQ(r.lines.back(), "total 52428800 bytes");
 }
 
-TEST(BatchPipeline, ExitCodeIsTheLastStagesAndAMissingStageFailsTheJob) {
-    TempDir dir;
-    std::string tool = quoteArgument(fixture("scripted_output"));
-    EXPECT_TRUE(run(batch(dir, "a.bat", tool + " exit 3 | " + tool + " count")).result);
-    EXPECT_FALSE(run(batch(dir, "b.bat", tool + " fill 10 x | " + tool + " count exit 4")).result);
-    Outcome c = run(batch(dir, "c.bat", tool + " fill 10 x | /nonexistent/tool"));
+TEST_F(BatchPipeline, ExitCodeIsTheLastStagesAndAMissingStageFailsTheJob) {
+    EXPECT_TRUE(run(batch("a.bat", tool + " exit 3 | " + tool + " count")).result);
+    EXPECT_FALSE(run(batch("b.bat", tool + " fill 10 x | " + tool + " count exit 4")).result);
+    Outcome c = run(batch("c.bat", tool + " fill 10 x | /nonexistent/tool"));
     EXPECT_FALSE(c.result);
     EXPECT_TRUE(c.lines.empty());
-    EXPECT_FALSE(run(batch(dir, "d.bat", "")).result);
+    EXPECT_FALSE(run(batch("d.bat", "")).result);
     EXPECT_FALSE(run(quoteArgument(dir.file("missing.bat"))).result);
 }
 
-TEST(BatchPipeline, CancelLeavesNoStageAlive) {
-    TempDir dir;
-    std::string tool = quoteArgument(fixture("scripted_output"));
+TEST_F(BatchPipeline, CancelLeavesNoStageAlive) {
     const std::string marker = "987654321987";  // a size no other process will carry
     std::vector<int> aliveAtCancel;
-    Outcome r = run(batch(dir, "command.bat", tool + " fill " + marker + " x | " + tool + " count"), 256,
+    Outcome r = run(batch("command.bat", tool + " fill " + marker + " x | " + tool + " count"), 256,
                     [&](DOSOutputs &dos, const std::string &line) {
                         if (line != "read 5 MB") return;
                         aliveAtCancel = test::livingProcessesNaming(marker);

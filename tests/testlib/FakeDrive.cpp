@@ -45,23 +45,22 @@ std::string fakeState(const std::vector<LinuxDrive> &drives, const std::string &
 }
 
 std::string kernelCdromTable(const std::vector<LinuxDrive> &drives) {
-    // The kernel lists its drives newest first, one column each.
-    const auto row = [&](const std::string &name, auto value) {
-        std::string text = name + ":" + std::string(name.size() < 15 ? "\t\t" : "\t");
-        for (auto it = drives.rbegin(); it != drives.rend(); ++it) text += "\t" + value(*it);
-        return text + "\n";
-    };
-    const auto flag = [](bool on) { return std::string(on ? "1" : "0"); };
-    std::string text = "CD-ROM information, Id: cdrom.c 3.20 2003/12/17\n\n";
-    text += row("drive name", [](const LinuxDrive &d) { return fs::path(d.path).filename().string(); });
-    text += row("Can write CD-R", [&](const LinuxDrive &d) { return flag(d.writesCD); });
-    text += row("Can write CD-RW", [&](const LinuxDrive &d) { return flag(d.writesCD); });
-    text += row("Can read DVD", [&](const LinuxDrive &d) { return flag(d.readsDVD); });
-    text += row("Can write DVD-R", [&](const LinuxDrive &d) { return flag(d.writesDVD); });
-    text += row("Can write DVD-RAM", [&](const LinuxDrive &) { return flag(false); });
-    text += row("Can read MRW", [&](const LinuxDrive &d) { return flag(d.writesCD); });
-    text += row("Can write MRW", [&](const LinuxDrive &d) { return flag(d.writesCD); });
-    return text + "\n";
+    // The kernel lists its drives newest first, one column each; no drive here writes DVD-RAM.
+    const std::pair<std::string, bool LinuxDrive::*> rows[] = {{"Can write CD-R", &LinuxDrive::writesCD},
+                                                               {"Can write CD-RW", &LinuxDrive::writesCD},
+                                                               {"Can read DVD", &LinuxDrive::readsDVD},
+                                                               {"Can write DVD-R", &LinuxDrive::writesDVD},
+                                                               {"Can write DVD-RAM", nullptr},
+                                                               {"Can read MRW", &LinuxDrive::writesCD},
+                                                               {"Can write MRW", &LinuxDrive::writesCD}};
+    std::string text = "CD-ROM information, Id: cdrom.c 3.20 2003/12/17\n\ndrive name:\t\t";
+    for (auto d = drives.rbegin(); d != drives.rend(); ++d)
+        text += "\t" + fs::path(d->path).filename().string();
+    for (const auto &[name, field] : rows) {
+        text += "\n" + name + ":" + (name.size() < 15 ? "\t\t" : "\t");
+        for (auto d = drives.rbegin(); d != drives.rend(); ++d) text += field && (*d).*field ? "\t1" : "\t0";
+    }
+    return text + "\n\n";
 }
 
 const platform::DriveLayer &installFakeDrive(const std::string &appDir, const std::vector<LinuxDrive> &drives,

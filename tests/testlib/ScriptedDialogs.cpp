@@ -45,27 +45,21 @@ std::optional<std::string> ScriptedDialogs::saveFile(const FileRequest &request)
 
 std::optional<FolderChoice> ScriptedDialogs::browseFolder(const std::string &title, const std::string &folder,
                                                           const std::string &checkBoxCaption, bool checked) {
-    FileRequest r;
-    r.title = title;
-    r.folder = folder;
-    r.fileName = checkBoxCaption;
-    r.flags = checked ? 1 : 0;
+    // The request carries the box: its caption as the file name, its state as the flags.
+    const FileRequest r{
+        .title = title, .folder = folder, .fileName = checkBoxCaption, .flags = checked ? 1 : 0};
     prompts.push_back({"folder", title, 0, title, r});
     return take<FolderChoice>(next());
 }
 
 std::optional<std::string> ScriptedDialogs::inputBox(const std::string &prompt, const std::string &title,
                                                      const std::string &defaultText) {
-    FileRequest r;
-    r.fileName = defaultText;
-    prompts.push_back({"input", prompt, 0, title, r});
+    prompts.push_back({"input", prompt, 0, title, {.fileName = defaultText}});
     return take<std::string>(next());
 }
 
 std::optional<FontChoice> ScriptedDialogs::chooseFont(const FontChoice &current) {
-    FileRequest r;
-    r.fileName = current.name;
-    prompts.push_back({"font", current.name, current.size, {}, r});
+    prompts.push_back({"font", current.name, current.size, {}, {.fileName = current.name}});
     return take<FontChoice>(next());
 }
 

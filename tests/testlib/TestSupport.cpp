@@ -1,12 +1,10 @@
 #include "testlib/TestSupport.h"
 
-#include <dirent.h>
 #include <unistd.h>
 
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <functional>
 #include <sstream>
 #include <stdexcept>
 
@@ -63,30 +61,14 @@ bool processAlive(int pid) {
            line[close + 2] != 'X';
 }
 
-namespace {
-
-std::vector<int> livingProcesses(const std::function<bool(int pid)> &match) {
-    std::vector<int> found;
-    DIR *proc = opendir("/proc");
-    if (!proc) return found;
-    while (dirent *e = readdir(proc)) {
-        int pid = std::atoi(e->d_name);
-        if (pid > 0 && match(pid) && processAlive(pid)) found.push_back(pid);
-    }
-    closedir(proc);
-    return found;
-}
-
-}  // namespace
-
-std::vector<int> livingProcessesInGroup(int pgid) {
-    return livingProcesses([pgid](int pid) { return getpgid(pid) == pgid; });
-}
-
 std::vector<int> livingProcessesNaming(const std::string &text) {
-    return livingProcesses([&text](int pid) {
-        return readFile("/proc/" + std::to_string(pid) + "/cmdline").find(text) != std::string::npos;
-    });
+    std::vector<int> found;
+    for (const auto &e : fs::directory_iterator("/proc")) {
+        const int pid = std::atoi(e.path().filename().c_str());
+        if (pid > 0 && readFile(e.path() / "cmdline").find(text) != std::string::npos && processAlive(pid))
+            found.push_back(pid);
+    }
+    return found;
 }
 
 bool haveProgram(const std::string &name) {

@@ -29,10 +29,7 @@ std::string fixture(const std::string &name);
 // Path of a file below the source tree.
 std::string sourcePath(const std::string &relative);
 
-// The processes whose process group is pgid that are still alive (zombies do
-// not count).
-std::vector<int> livingProcessesInGroup(int pgid);
-// The living processes whose command line holds text.
+// The living processes whose command line holds text (zombies do not count).
 std::vector<int> livingProcessesNaming(const std::string &text);
 bool processAlive(int pid);
 
