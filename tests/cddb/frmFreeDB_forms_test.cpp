@@ -1,10 +1,13 @@
 // The database dialog against servers on the loopback: the ends of a session,
-// the CGI of a server written as a URL, and the search by words.
+// the CGI of a server written as a URL, the search by words, and the query
+// that the audio window runs until the names are taken.
 #include <gtest/gtest.h>
 
+#include <QApplication>
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
+#include <QTimer>
 #include <QTreeWidget>
 
 #include "cddb/CddbServers.h"
@@ -14,6 +17,8 @@ using namespace saltmarrow;
 using test::httpOk;
 
 namespace {
+
+const std::string kHello = "200 Hello and welcome x@y running saltmarrow 0.1.\r\n";
 
 struct FreeDB : ::testing::Test {
     test::TranscriptServer server;
@@ -42,7 +47,6 @@ TEST_F(FreeDB, EveryEndOfASessionGivesTheControlsBack) {
     nobody.listen(QHostAddress::LocalHost);
     const std::string refused = "127.0.0.1:" + std::to_string(nobody.serverPort());
     nobody.close();
-    const std::string hello = "200 Hello and welcome x@y running saltmarrow 0.1.\r\n";
     std::string flood = "211 Found inexact matches, list follows (until terminating `.')\r\n";
     while (flood.size() < (10u << 20)) flood += "rock 0d01a402 Artist / Title\r\n";
     struct Case {
@@ -53,7 +57,7 @@ TEST_F(FreeDB, EveryEndOfASessionGivesTheControlsBack) {
         {"bad..host", {}, {}, "Connection Error."},
         {refused, {}, {}, "Connection Error."},
         {server.address(), {"<close>"}, {}, "Connection Closed."},
-        {server.address(), {hello}, {flood}, "Connection Error."},
+        {server.address(), {kHello}, {flood}, "Connection Error."},
         {server.address(), {}, {}, "User Quit."},  // a server that never answers
     };
     for (const Case &c : cases) {
@@ -108,7 +112,7 @@ TEST_F(FreeDB, LengthsOfAnEntryFoundByWords) {
     server.replies = {{"GET " + site + "/freedb_search.php?words=Two+Songs&",
                        {httpOk("<p>\n" + link + "misc&id=1>Them / Two</a>\n" + link +
                                "rock&id=0d01a402><font size=-1>rock</font></a>\n")}},
-                      {"cddb hello", {"200 Hello and welcome x@y running saltmarrow 0.1.\r\n"}},
+                      {"cddb hello", {kHello}},
                       {"cddb read rock 0d01a402", {entry}},
                       {"quit", {"230 Bye.\r\n", "<close>"}}};
     settings = {server.address() + "|", 0, "", site};
@@ -124,4 +128,42 @@ TEST_F(FreeDB, LengthsOfAnEntryFoundByWords) {
     form->cmdTracklist->click();
     EXPECT_EQ(form->trackLengths, (std::vector<std::string>{"03:00:00", "52:33:00"}));
     EXPECT_EQ(*form->cddbResult, (cddb::ResultTable{{"Two", "Them"}, {"One", "Them"}, {"Two", "Them"}}));
+}
+
+TEST_F(FreeDB, TheQueryPicksAnInexactMatchAndSplitsItsNames) {
+    server.greeting = {"201 test CDDBP server v1.5.2PL0 ready at Sat Jan  1 00:00:00 2000\r\n"};
+    server.replies = {
+        {"cddb hello", {kHello}},
+        {"cddb query 10000b03 3 150 375 713 13",
+         {"211 Found inexact matches, list follows (until terminating `.')\r\nrock 0a000702 Some",
+          "one / Else\r\n", "jazz 0a000703 Mot\xf6rhead / Ace of Spades\r\n.\r\n"}},
+        {"cddb read jazz 0a000703",
+         {"210 jazz 0a000703 CD database entry follows (until terminating `.')\r\n",
+          "DTITLE=Mot\xf6rhead / Ace\r\nTTITLE0=Lemmy / Ace\r\nTTITLE1=Phil / Go\r\nTTITLE2=Eddie / "
+          "Run\r\n.\r\n"}},
+        {"quit", {"230 test Closing connection.  Goodbye.\r\n", "<close>"}}};
+    settings.strServerList = server.address() + "|";
+    dialogs.answer(platform::mb::Yes);  // split into artist and title
+    QTimer::singleShot(0, [&] {
+        frmFreeDB *modal = nullptr;
+        EXPECT_TRUE(test::waitFor([&] {
+            modal = qobject_cast<frmFreeDB *>(QApplication::activeModalWidget());
+            return modal && modal->listAlbums->topLevelItemCount() == 2 && modal->cmdGetTracks->isEnabled();
+        }));
+        modal->listAlbums->setCurrentItem(modal->listAlbums->topLevelItem(1));
+        modal->cmdGetTracks->click();
+        EXPECT_TRUE(
+            test::waitFor([&] { return dialogs.prompts.size() == 1 && modal->cmdTracklist->isEnabled(); }));
+        modal->cmdTracklist->click();
+        if (modal->isVisible()) modal->reject();  // a walk gone wrong must not leave the dialog open
+    });
+    // The lengths of tracks of 1.0, 2.5 and 3.2 seconds with the two-second gap.
+    const auto names = QueryFreedb(test::scriptedHost(dialogs, settings), {2000, 3000, 4507, 3200});
+    ASSERT_TRUE(names);
+    EXPECT_EQ(*names, (cddb::ResultTable{
+                          {"Ace", "Mot\xc3\xb6rhead"}, {"Ace", "Lemmy"}, {"Go", "Phil"}, {"Run", "Eddie"}}));
+    EXPECT_EQ(dialogs.prompts[0].text, "Split Track Names by \"Artist / Title\"");
+    EXPECT_EQ(dialogs.prompts[0].style, 36);
+    EXPECT_EQ(server.received.at(0), "cddb hello me example.org saltmarrow " + cddb::programVersion());
+    EXPECT_EQ(server.received.at(4), "cddb read jazz 0a000703");
 }
