@@ -5,6 +5,7 @@
 #include <cmath>
 #include <filesystem>
 
+#include "AudioTestHost.h"
 #include "audio/mdlMediaInfo.h"
 #include "testlib/TestSupport.h"
 
@@ -42,11 +43,6 @@ struct MediaTools : ::testing::Test {
         return n;
     }
 };
-
-std::string tags(const MediaFileInfo &i) {
-    return i.Title + "|" + i.Artist + "|" + i.Album + "|" + i.Year + "|" + i.Genre + "|" +
-           std::to_string(i.TrackNumber) + "|" + i.Comments;
-}
 
 const std::vector<std::string> kLameTags = {"--tt",     "My Title", "--ta", "The Artist",  "--tl",
                                             "An Album", "--ty",     "2003", "--tn",        "7",
@@ -95,7 +91,7 @@ TEST_F(MediaTools, Mp3sFromLame) {
     // The comment comes from the ID3v1 tag only, blanks and commas gone;
     // lame keeps the track in its last byte, a control code there.
     const MediaFileInfo both = read("both.mp3");
-    EXPECT_EQ(tags(both), "My Title|The Artist|An Album|2003|Rock|7|helloworld");
+    EXPECT_EQ(tagText(both), "My Title|The Artist|An Album|2003|Rock|7|helloworld");
 
     EXPECT_FALSE(both.IsVBR) << "lame's Info frame of a constant-rate file is no Xing header";
     EXPECT_EQ(both.DataLength, size("both.mp3") - 128 - id3v2Size("both.mp3"));
@@ -131,7 +127,7 @@ TEST_F(MediaTools, OggVorbisFromOggenc) {
          "2003",   "-G",       "Rock", "-N",         "7",         "in.wav",   "-o",
          "s.ogg"});
     const MediaFileInfo info = read("s.ogg");
-    EXPECT_EQ(tags(info), "My Title|The Artist|An Album|2003|Rock|7|hi there");
+    EXPECT_EQ(tagText(info), "My Title|The Artist|An Album|2003|Rock|7|hi there");
     EXPECT_TRUE(info.IsVBR);
     EXPECT_EQ(info.Samples, 5 * 44100);
     EXPECT_EQ(info.Millisecs, 5000);
@@ -150,7 +146,7 @@ TEST_F(MediaTools, FlacFromFlac) {
         flac.insert(flac.end(), {"-T", tag});
     run(flac);
     const MediaFileInfo info = read("padded.flac");
-    EXPECT_EQ(tags(info), "My Title|The Artist|An Album|2003|Rock|7|hi there");
+    EXPECT_EQ(tagText(info), "My Title|The Artist|An Album|2003|Rock|7|hi there");
     EXPECT_TRUE(info.IsVBR);
     EXPECT_EQ(info.Samples, 2 * 44100);
     EXPECT_EQ(info.Millisecs, 2000);
