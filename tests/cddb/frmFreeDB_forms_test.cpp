@@ -4,39 +4,123 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QDeadlineTimer>
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
+#include <QTcpServer>
+#include <QTcpSocket>
 #include <QTimer>
 #include <QTreeWidget>
+#include <map>
 
-#include "cddb/CddbServers.h"
 #include "cddb/frmFreeDB.h"
+#include "exec/EnglishTexts.h"
+#include "testlib/ScriptedDialogs.h"
 
 using namespace saltmarrow;
-using test::httpOk;
 
 namespace {
+
+// A server on the loopback that answers from a transcript: each line it gets
+// (a CDDB command, or the request line of an HTTP GET) is looked up by its
+// beginning, and the reply goes out in its chunks, 30 ms apart, so that they
+// reach the client apart. A chunk "<close>" closes the connection.
+class TranscriptServer {
+public:
+    std::vector<std::string> greeting;                        // sent on connect
+    std::map<std::string, std::vector<std::string>> replies;  // line beginning -> chunks
+    std::vector<std::string> received;                        // every line, without its end
+
+    TranscriptServer() {
+        server_.listen(QHostAddress::LocalHost);
+        QObject::connect(&server_, &QTcpServer::newConnection, [this] {
+            QTcpSocket *client = server_.nextPendingConnection();
+            QObject::connect(client, &QTcpSocket::readyRead, client, [this, client] {
+                while (client->canReadLine()) {
+                    const std::string line = client->readLine().trimmed().toStdString();
+                    received.push_back(line);
+                    for (const auto &[start, chunks] : replies)
+                        if (line.rfind(start, 0) == 0) send(client, chunks);
+                }
+            });
+            send(client, greeting);
+        });
+    }
+    std::string address() const { return "127.0.0.1:" + std::to_string(server_.serverPort()); }
+
+private:
+    static void send(QTcpSocket *client, const std::vector<std::string> &chunks) {
+        int delay = 0;
+        for (const std::string &chunk : chunks)
+            QTimer::singleShot(delay += 30, client, [client, chunk] {
+                if (chunk == "<close>")
+                    client->disconnectFromHost();
+                else
+                    client->write(chunk.data(), qint64(chunk.size()));
+            });
+    }
+    QTcpServer server_;
+};
+
+std::string httpOk(const std::string &body) {
+    return "HTTP/1.1 200 OK\r\nContent-Type: text/plain\r\nContent-Length: " + std::to_string(body.size()) +
+           "\r\n\r\n" + body;
+}
+
+// Lets events run until done() holds, for at most half a minute; what it returns
+// is done() at the end.
+bool waitFor(const std::function<bool()> &done) {
+    QDeadlineTimer limit(30000);
+    while (!done() && !limit.hasExpired()) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 20);
+    return done();
+}
 
 const std::string kHello = "200 Hello and welcome x@y running saltmarrow 0.1.\r\n";
 
 struct FreeDB : ::testing::Test {
-    test::TranscriptServer server;
+    TranscriptServer server;
     test::ScriptedDialogs dialogs;
     FreedbSettings settings{"", 0, "me@example.org", ""};
     std::unique_ptr<frmFreeDB> form;
 
+    // The dialog's host: answered by dialogs, in English, its settings in settings.
+    FreedbHost host() {
+        FreedbHost host;
+        host.dialogs = &dialogs;
+        host.message = [](std::string_view key) { return test::englishText(key); };
+        host.loadSettings = [this] { return settings; };
+        host.saveSettings = [this](const FreedbSettings &s) { settings = s; };
+        return host;
+    }
     void open(const std::vector<long> &lengths, bool byWords = false) {
-        form = std::make_unique<frmFreeDB>(test::scriptedHost(dialogs, settings));
+        form = std::make_unique<frmFreeDB>(host());
         form->state.cddbTrackLengths = lengths;
         form->state.cddbLengthMode = byWords;
         form->show();
     }
+    // In the dialog that comes up modal next: the entry of the album in row
+    // 1 of two, and its names taken once it is read.
+    void takeSecondAlbum() {
+        QTimer::singleShot(0, [this] {
+            frmFreeDB *modal = nullptr;
+            EXPECT_TRUE(waitFor([&] {
+                modal = qobject_cast<frmFreeDB *>(QApplication::activeModalWidget());
+                return modal && modal->listAlbums->topLevelItemCount() == 2 &&
+                       modal->cmdGetTracks->isEnabled();
+            }));
+            modal->listAlbums->setCurrentItem(modal->listAlbums->topLevelItem(1));
+            modal->cmdGetTracks->click();
+            EXPECT_TRUE(waitFor([&] { return modal->state.cddbDone && modal->cmdTracklist->isEnabled(); }));
+            modal->cmdTracklist->click();
+            if (modal->isVisible()) modal->reject();  // a walk gone wrong must not leave the dialog open
+        });
+    }
     std::string word() const { return form->sbPanel[2]->text().toStdString(); }
     // Until a session has ended: cddbDone, and a word of its end.
     void waitEnd() {
-        ASSERT_TRUE(test::waitFor(
-            [this] { return form->state.cddbDone && !word().empty() && word() != "Connecting..."; }));
+        ASSERT_TRUE(
+            waitFor([this] { return form->state.cddbDone && !word().empty() && word() != "Connecting..."; }));
     }
 };
 
@@ -66,7 +150,7 @@ TEST_F(FreeDB, EveryEndOfASessionGivesTheControlsBack) {
         settings.strServerList = c.server + "|";
         open({2000, 180000, 240000});
         if (std::string(c.word) == "User Quit.") {
-            ASSERT_TRUE(test::waitFor([this] { return word() == "Connected!"; }));
+            ASSERT_TRUE(waitFor([this] { return word() == "Connected!"; }));
             EXPECT_FALSE(form->cmdGetTracks->isEnabled());
             form->cmdQuit->click();
         }
@@ -117,17 +201,13 @@ TEST_F(FreeDB, LengthsOfAnEntryFoundByWords) {
                       {"quit", {"230 Bye.\r\n", "<close>"}}};
     settings = {server.address() + "|", 0, "", site};
     dialogs.answer(std::string("Two Songs"));
-    open({}, true);
-    waitEnd();
-    ASSERT_EQ(form->listAlbums->topLevelItemCount(), 2);
-    form->listAlbums->setCurrentItem(form->listAlbums->topLevelItem(1));
-    form->cmdGetTracks->click();
-    waitEnd();
+    takeSecondAlbum();
+    const auto found = GetTrackLengths(host());
+    ASSERT_TRUE(found);
     EXPECT_EQ(settings.strFreedbEmail, "LocalHostName@LocalIP");
     EXPECT_EQ(dialogs.prompts.size(), 1u) << "no split question: the titles hold no \"/\"";
-    form->cmdTracklist->click();
-    EXPECT_EQ(form->trackLengths, (std::vector<std::string>{"03:00:00", "52:33:00"}));
-    EXPECT_EQ(*form->cddbResult, (cddb::ResultTable{{"Two", "Them"}, {"One", "Them"}, {"Two", "Them"}}));
+    EXPECT_EQ(found->lengths, (std::vector<std::string>{"03:00:00", "52:33:00"}));
+    EXPECT_EQ(found->names, (cddb::ResultTable{{"Two", "Them"}, {"One", "Them"}, {"Two", "Them"}}));
 }
 
 TEST_F(FreeDB, TheQueryPicksAnInexactMatchAndSplitsItsNames) {
@@ -144,21 +224,9 @@ TEST_F(FreeDB, TheQueryPicksAnInexactMatchAndSplitsItsNames) {
         {"quit", {"230 test Closing connection.  Goodbye.\r\n", "<close>"}}};
     settings.strServerList = server.address() + "|";
     dialogs.answer(platform::mb::Yes);  // split into artist and title
-    QTimer::singleShot(0, [&] {
-        frmFreeDB *modal = nullptr;
-        EXPECT_TRUE(test::waitFor([&] {
-            modal = qobject_cast<frmFreeDB *>(QApplication::activeModalWidget());
-            return modal && modal->listAlbums->topLevelItemCount() == 2 && modal->cmdGetTracks->isEnabled();
-        }));
-        modal->listAlbums->setCurrentItem(modal->listAlbums->topLevelItem(1));
-        modal->cmdGetTracks->click();
-        EXPECT_TRUE(
-            test::waitFor([&] { return dialogs.prompts.size() == 1 && modal->cmdTracklist->isEnabled(); }));
-        modal->cmdTracklist->click();
-        if (modal->isVisible()) modal->reject();  // a walk gone wrong must not leave the dialog open
-    });
+    takeSecondAlbum();
     // The lengths of tracks of 1.0, 2.5 and 3.2 seconds with the two-second gap.
-    const auto names = QueryFreedb(test::scriptedHost(dialogs, settings), {2000, 3000, 4507, 3200});
+    const auto names = QueryFreedb(host(), {2000, 3000, 4507, 3200});
     ASSERT_TRUE(names);
     EXPECT_EQ(*names, (cddb::ResultTable{
                           {"Ace", "Mot\xc3\xb6rhead"}, {"Ace", "Lemmy"}, {"Go", "Phil"}, {"Run", "Eddie"}}));
