@@ -69,7 +69,7 @@ TEST(AudioProject, AddingChecksKindDecoderRateAndChannelsInThatOrder) {
     EXPECT_EQ(p.rows[2].text, "a.wav") << "without CD-Text the file name shows";
 }
 
-TEST(AudioProject, TotalsCountPregapsButNotGapsInsideTheSource) {
+TEST(AudioProject, TotalsAndDatabaseLengthsCountPregapsButNotGapsInsideTheSource) {
     AudioTestHost h;
     AudioProject p;
     p.appendTrack(record("/m/a.wav", "80:00:00", "00:02:00"), "a");
@@ -78,6 +78,9 @@ TEST(AudioProject, TotalsCountPregapsButNotGapsInsideTheSource) {
     EXPECT_DOUBLE_EQ(p.totalUsed, 4900);
     EXPECT_EQ(t.barValue, 4800);
     EXPECT_EQ(t.panel, "Total Time: 81mins 40secs");
+    // The database is asked with each pregap in front of its track, but not a
+    // pause that is part of its track's source.
+    EXPECT_EQ(p.freedbLengths(), (std::vector<long>{2000, 4800000, 98000}));
 }
 
 TEST(AudioProject, MovesSortingAndRemovalKeepRowsAndRecordsTogether) {
