@@ -14,7 +14,6 @@
 #include "AudioTestHost.h"
 #include "audio/frmAudioCD.h"
 #include "platform/CommandLine.h"
-#include "support/mdlFunctions.h"
 #include "testlib/FakeDrive.h"
 #include "testlib/ShellHarness.h"
 

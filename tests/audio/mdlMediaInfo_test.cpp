@@ -5,8 +5,6 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <cmath>
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -82,15 +80,17 @@ std::string vorbisId(int channels, std::uint32_t rate) {
     return "\x01vorbis" + le32(0) + bytes({channels}) + le32(rate) + le32(0) + le32(128000) + le32(0) +
            bytes({0xB8, 0x01});
 }
-std::string vorbisComments(const std::vector<std::string> &comments) {
-    std::string packet = "\x03vorbis" + le32(6) + "vendor" + le32(comments.size());
-    for (const std::string &c : comments) packet += le32(c.size()) + c;
-    return packet + bytes({1});
+// The vendor and the comments, as Vorbis and FLAC both keep them.
+std::string commentList(const std::string &vendor, const std::vector<std::string> &comments) {
+    std::string list = le32(vendor.size()) + vendor + le32(comments.size());
+    for (const std::string &c : comments) list += le32(c.size()) + c;
+    return list;
 }
 std::string ogg(int channels, std::uint32_t rate, std::uint64_t samples,
                 const std::vector<std::string> &comments, bool audio = true) {
-    std::string f = oggPage(vorbisId(channels, rate), 0, 0, 2) +
-                    oggPage(vorbisComments(comments) + "\x05vorbis-setup", 0, 1);
+    std::string f =
+        oggPage(vorbisId(channels, rate), 0, 0, 2) +
+        oggPage("\x03vorbis" + commentList("vendor", comments) + bytes({1}) + "\x05vorbis-setup", 0, 1);
     if (audio)
         f += oggPage(std::string(200, 'a'), samples / 2, 2) + oggPage(std::string(3744, 'b'), samples, 3, 4);
     return f;
@@ -104,11 +104,6 @@ std::string streamInfo(std::uint32_t rate, int channels, std::uint64_t samples) 
     const std::uint64_t packed = (std::uint64_t{rate} << 44) | (std::uint64_t(channels - 1) << 41) |
                                  (std::uint64_t(15) << 36) | samples;
     return bytes({0x10, 0, 0x10, 0}) + be(0, 6) + be(packed, 8) + std::string(16, '\x5A');
-}
-std::string flacComments(const std::vector<std::string> &comments) {
-    std::string body = le32(4) + "flac" + le32(comments.size());
-    for (const std::string &c : comments) body += le32(c.size()) + c;
-    return body;
 }
 
 // What a row compares: the tags, and the stream.
@@ -277,12 +272,12 @@ TEST_F(Media, EachFileAsItsReaderSeesIt) {
         // The length counted from the 1-based position of the first audio byte: one short.
         {"FLAC stream and comments",
          "fLaC" + flacBlock(0, streamInfo(96000, 2, 960000)) +
-             flacBlock(4, flacComments({"TITLE=Studio", "TRACKNUMBER=12", "GENRE=Jazz", "X=1"})) +
+             flacBlock(4, commentList("flac", {"TITLE=Studio", "TRACKNUMBER=12", "GENRE=Jazz", "X=1"})) +
              flacBlock(1, std::string(300, '\0'), true) + flacAudio,
          "Studio||||Jazz|12|", "96000 Hz 2 ch 7.1992 kbit vbr 10000 ms 960000 samples 8999 bytes", "s.flac"},
         {"comments after other blocks; mono doubled",
          "fLaC" + flacBlock(0, streamInfo(44100, 1, 44100)) + flacBlock(1, std::string(5000, '\0')) +
-             flacBlock(4, flacComments({"ARTIST=Late", "X=1"}), true) + flacAudio,
+             flacBlock(4, commentList("flac", {"ARTIST=Late", "X=1"}), true) + flacAudio,
          "", "44100 Hz 1 ch 143.984 kbit vbr 1000 ms 44100 samples 8999 bytes", "late.flac"},
         {"a block that runs past the end",
          "fLaC" + flacBlock(0, streamInfo(44100, 2, 44100)) + bytes({0x01, 0xFF, 0xFF, 0xFF}) +
@@ -299,7 +294,7 @@ TEST_F(Media, EachFileAsItsReaderSeesIt) {
          kNothing, "real.aac"},
         {"FLAC under .aac: the stream, no comments, no rate",
          "fLaC" + flacBlock(0, streamInfo(48000, 2, 96000)) +
-             flacBlock(4, flacComments({"TITLE=Hidden"}), true) + flacAudio,
+             flacBlock(4, commentList("flac", {"TITLE=Hidden"}), true) + flacAudio,
          "|||||0|", "48000 Hz 2 ch 0 kbit vbr 2000 ms 96000 samples 0 bytes", "flac.aac"},
 
         {"WAV", waveHeader(2, 44100, 16, 176400 * 3), "",
