@@ -185,35 +185,13 @@ TEST_F(FreeDB, ServerWrittenAsAUrlIsAskedThroughItsCgi) {
     EXPECT_EQ(form->sbPanel[0]->text(), "Server: x.org");
 }
 
-TEST_F(FreeDB, LengthsOfAnEntryFoundByWords) {
+TEST_F(FreeDB, TheModalDialogHandsBackTheNamesOfTheAlbumTaken) {
     const std::string site = "http://" + server.address();
     const std::string link = "<a href=" + site + "/freedb_search_fmt.php?cat=";
-    const std::string entry =
-        "210 rock 0d01a402 CD database entry follows (until terminating `.')\r\n# Track frame offsets:\r\n"
-        "#   150\r\n#   13650\r\n#\r\n# Disc length: 422 seconds\r\nDTITLE=Them / Two\r\nTTITLE0=One\r\n"
-        "TTITLE1=Two\r\n.\r\n";
-    // The page comes with its length and the connection stays open.
-    server.replies = {{"GET " + site + "/freedb_search.php?words=Two+Songs&",
-                       {httpOk("<p>\n" + link + "misc&id=1>Them / Two</a>\n" + link +
-                               "rock&id=0d01a402><font size=-1>rock</font></a>\n")}},
-                      {"cddb hello", {kHello}},
-                      {"cddb read rock 0d01a402", {entry}},
-                      {"quit", {"230 Bye.\r\n", "<close>"}}};
-    settings = {server.address() + "|", 0, "", site};
-    dialogs.answer(std::string("Two Songs"));
-    takeSecondAlbum();
-    const auto found = GetTrackLengths(host());
-    ASSERT_TRUE(found);
-    EXPECT_EQ(settings.strFreedbEmail, "LocalHostName@LocalIP");
-    EXPECT_EQ(dialogs.prompts.size(), 1u) << "no split question: the titles hold no \"/\"";
-    EXPECT_EQ(found->lengths, (std::vector<std::string>{"03:00:00", "52:33:00"}));
-    EXPECT_EQ(found->names, (cddb::ResultTable{{"Two", "Them"}, {"One", "Them"}, {"Two", "Them"}}));
-}
-
-TEST_F(FreeDB, TheQueryPicksAnInexactMatchAndSplitsItsNames) {
-    server.greeting = {"201 test CDDBP server v1.5.2PL0 ready at Sat Jan  1 00:00:00 2000\r\n"};
     server.replies = {
         {"cddb hello", {kHello}},
+        {"quit", {"230 test Closing connection.  Goodbye.\r\n", "<close>"}},
+        // By lengths: an inexact match that comes in pieces, an entry of "/" names.
         {"cddb query 10000b03 3 150 375 713 13",
          {"211 Found inexact matches, list follows (until terminating `.')\r\nrock 0a000702 Some",
           "one / Else\r\n", "jazz 0a000703 Mot\xf6rhead / Ace of Spades\r\n.\r\n"}},
@@ -221,7 +199,14 @@ TEST_F(FreeDB, TheQueryPicksAnInexactMatchAndSplitsItsNames) {
          {"210 jazz 0a000703 CD database entry follows (until terminating `.')\r\n",
           "DTITLE=Mot\xf6rhead / Ace\r\nTTITLE0=Lemmy / Ace\r\nTTITLE1=Phil / Go\r\nTTITLE2=Eddie / "
           "Run\r\n.\r\n"}},
-        {"quit", {"230 test Closing connection.  Goodbye.\r\n", "<close>"}}};
+        // By words: the page comes with its length and the connection stays open.
+        {"GET " + site + "/freedb_search.php?words=Two+Songs&",
+         {httpOk("<p>\n" + link + "misc&id=1>Them / Two</a>\n" + link +
+                 "rock&id=0d01a402><font size=-1>rock</font></a>\n")}},
+        {"cddb read rock 0d01a402",
+         {"210 rock 0d01a402 CD database entry follows (until terminating `.')\r\n# Track frame offsets:\r\n"
+          "#   150\r\n#   13650\r\n#\r\n# Disc length: 422 seconds\r\nDTITLE=Them / Two\r\nTTITLE0=One\r\n"
+          "TTITLE1=Two\r\n.\r\n"}}};
     settings.strServerList = server.address() + "|";
     dialogs.answer(platform::mb::Yes);  // split into artist and title
     takeSecondAlbum();
@@ -230,8 +215,19 @@ TEST_F(FreeDB, TheQueryPicksAnInexactMatchAndSplitsItsNames) {
     ASSERT_TRUE(names);
     EXPECT_EQ(*names, (cddb::ResultTable{
                           {"Ace", "Mot\xc3\xb6rhead"}, {"Ace", "Lemmy"}, {"Go", "Phil"}, {"Run", "Eddie"}}));
-    EXPECT_EQ(dialogs.prompts[0].text, "Split Track Names by \"Artist / Title\"");
+    EXPECT_EQ(dialogs.prompts.at(0).text, "Split Track Names by \"Artist / Title\"");
     EXPECT_EQ(dialogs.prompts[0].style, 36);
     EXPECT_EQ(server.received.at(0), "cddb hello me example.org saltmarrow " + cddb::programVersion());
     EXPECT_EQ(server.received.at(4), "cddb read jazz 0a000703");
+
+    settings = {server.address() + "|", 0, "", site};
+    dialogs.prompts.clear();
+    dialogs.answer(std::string("Two Songs"));
+    takeSecondAlbum();
+    const auto found = GetTrackLengths(host());
+    ASSERT_TRUE(found);
+    EXPECT_EQ(settings.strFreedbEmail, "LocalHostName@LocalIP");
+    EXPECT_EQ(dialogs.prompts.size(), 1u) << "no split question: the titles hold no \"/\"";
+    EXPECT_EQ(found->lengths, (std::vector<std::string>{"03:00:00", "52:33:00"}));
+    EXPECT_EQ(found->names, (cddb::ResultTable{{"Two", "Them"}, {"One", "Them"}, {"Two", "Them"}}));
 }
