@@ -16,6 +16,7 @@
 #include "platform/CommandLine.h"
 #include "platform/Dialogs.h"
 #include "shell/MessageTable.h"
+#include "support/TimeText.h"
 #include "testlib/ScriptedDialogs.h"
 
 namespace saltmarrow::test {
@@ -40,6 +41,19 @@ inline void writeWave(const std::string &path, int rate = 44100, int channels = 
     const std::uint32_t bytes = static_cast<std::uint32_t>(rate / 1000.0 * ms) * channels * 2;
     std::ofstream(path, std::ios::binary)
         << waveHeader(channels, rate, 16, bytes) << std::string(bytes, '\0');
+}
+
+// A track of the given length as the project keeps it, from its start.
+inline AudioObjects trackRecord(const std::string &path, const std::string &length,
+                                const std::string &pause = "00:00:00", const std::string &type = "PREGAP") {
+    AudioObjects t;
+    t.FullPath = path;
+    t.Millisecs = trackTimeToMs(length);
+    t.Length = t.OrigLength = t.Finish = length;
+    t.Start = "00:00:00";
+    t.Pause = pause;
+    t.PregapType = type;
+    return t;
 }
 
 // What a test compares of a file's tags.
