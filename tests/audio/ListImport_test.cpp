@@ -101,6 +101,10 @@ TEST_F(Lists, EachFormatGivesItsRowsGapsAndNamesAndWhatIsNoListAddsNothing) {
         {"windows.cue", "FILE \"C:\\Rips\\C.WAV\" WAVE\r\n  TRACK 01 AUDIO\r\n    INDEX 01 00:00:00\r\n"
          "FILE \"gone.wav\" WAVE\r\n  TRACK 02 AUDIO\r\n    INDEX 01 00:00:00\r\n", 0,
          {"c.wav 00:00:00+00:06:00 00:00:00 PREGAP"}, {"gone.wav could not be found!", kRepaired}},
+        // A TOC as the compile writes it: each track gets the next one's pause back, whatever its kind.
+        {"authored.toc", "CD_ROM_XA\r\n\r\nTRACK AUDIO\r\nFILE \"D/c.wav\" 00:00:00 \r\nSTART 00:01:00\r\n\r\n"
+         "TRACK AUDIO\r\nPREGAP 00:03:00\r\nFILE \"D/sub/d.wav\" 00:00:00 \r\n\r\n", 0,
+         {"c.wav 00:00:00+00:09:00 00:01:00 PRE_TRACK", "sub/d.wav 00:00:00+00:04:00 00:03:00 PREGAP"}, {}},
         // What is no list adds nothing that does not exist.
         {"many.m3u", many + "a.wav\n", 0, {"a.wav 00:00:00+00:10:00 00:00:00 PREGAP"}, {}},
         {"noise.m3u", noise, 0, {}, {}},
