@@ -159,6 +159,10 @@ TEST(AudioToc, TenSecondsSplitIntoThreeThreeAndTheRest) {
     ASSERT_TRUE(splitTrack(p, SplitSource::Typed, true, h.host));
     EXPECT_EQ(h.dialogs.prompts.back().text,
               "Enter track lengths as mm:ss:ff and separated with a space.  Erroneous data is ignored.");
-    writeFile(dir.file("split.toc"), authored(p, false));
+    const std::string toc = authored(p, false), file = "FILE \"" + dir.file("concert.wav") + "\" ";
+    EXPECT_EQ(toc, "CD_ROM_XA\r\n\r\nTRACK AUDIO\r\n" + file + "00:00:00 00:03:00\r\n\r\nTRACK AUDIO\r\n" +
+                       file + "00:03:00 00:03:00\r\n\r\nTRACK AUDIO\r\n" + file +
+                       "00:06:00 00:04:00\r\n\r\n");
+    writeFile(dir.file("split.toc"), toc);
     EXPECT_EQ(places(dir.file("split.toc")), "0-225 225-450 450-750");
 }
