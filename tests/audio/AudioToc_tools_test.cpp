@@ -101,13 +101,8 @@ TEST(AudioToc, EachCaseByteForByteAndAsCdrdaoReadsIt) {
         p.strAlbumArtist = c.album.empty() ? "" : "Art";
         p.strAlbumCatalog = c.catalog;
         for (const TrackSpec &s : c.tracks) {
-            AudioObjects t;
-            t.FullPath = dir.file(s.file);
-            t.Start = "00:00:00";
-            t.OrigLength = t.Finish = s.file == "c.wav" ? "00:06:00" : s.length;
-            t.Length = s.length;
-            t.Pause = s.pause;
-            t.PregapType = s.type;
+            AudioObjects t = trackRecord(dir.file(s.file), s.length, s.pause, s.type);
+            if (s.file == "c.wav") t.OrigLength = t.Finish = "00:06:00";  // a cut track
             t.Title = s.title;
             t.Artist = s.artist;
             t.ISRC = s.isrc;

@@ -64,6 +64,9 @@ std::string xing(std::uint32_t frames, std::size_t at = 36) {
     return padded(padded(kFrame, at) + "Xing" + bytes({0, 0, 0, 0x0F}) + be(frames, 4), 417);
 }
 
+// An ID3v2 tag whose first size byte is 1: 20917152 bytes, as the reader takes it.
+const std::string kBigTag = with(id3v2(3, frame3("TIT2", "T")), 6, bytes({1}));
+
 // Ogg Vorbis, built page by page.
 std::string oggPage(const std::string &packet, std::uint64_t granule, int sequence, int type = 0) {
     std::string lacing;
@@ -133,7 +136,6 @@ TEST_F(Media, EachFileAsItsReaderSeesIt) {
     };
     const std::string v1 = id3v1("Old Title", "Old Album", 9, "note"),
                       utf16 = bytes({0xFF, 0xFE, 'H', 0, 'i', 0});
-    const std::string big = with(id3v2(3, frame3("TIT2", "T")), 6, bytes({1}));
     const std::string oggKept = ogg(2, 44100, 441000, {"TITLE=Kept", "X=y"}), flacAudio(9000, '\x33');
     const Row rows[] = {
         // Readers are chosen by the extension alone, in any case.
@@ -197,7 +199,7 @@ TEST_F(Media, EachFileAsItsReaderSeesIt) {
          "44100 Hz 2 ch 128 kbit 262 ms 11554 samples 4190 bytes"},
         // A first size byte of 1 is 20917152 bytes, kept as it stands: beyond
         // the file the reader stops with the ID3v1 values before the genre lookup.
-        {"an ID3v2 size beyond the file", big + mpeg() + id3v1("From v1", "", 17), "From v1|||1999|17|0|",
+        {"an ID3v2 size beyond the file", kBigTag + mpeg() + id3v1("From v1", "", 17), "From v1|||1999|17|0|",
          "44100 Hz 2 ch 128 kbit 263 ms 11598 samples 4202 bytes"},
 
         {"a header at the start", mpeg(), "", "44100 Hz 2 ch 128 kbit 261 ms 11510 samples 4180 bytes"},
@@ -326,9 +328,7 @@ TEST_F(Media, NoFileAnEmptyFileAndTheTagSizeFactor) {
     EXPECT_EQ(readMediaInfo(dir.path()).FileName, "") << "a folder is no file";
     EXPECT_EQ(read("empty.flac", "").FileName, dir.file("empty.flac"));
     // On a file long enough for it, the ID3v2 size is taken with the factor.
-    std::string big = id3v2(3, frame3("TIT2", "T"));
-    big[6] = 1;
-    test::writeFile(dir.file("huge.mp3"), big);
+    test::writeFile(dir.file("huge.mp3"), kBigTag);
     ASSERT_EQ(::truncate(dir.file("huge.mp3").c_str(), 21'000'000), 0);
     const MediaFileInfo huge = readMediaInfo(dir.file("huge.mp3"));
     EXPECT_EQ(huge.Title, "T");
