@@ -95,10 +95,7 @@ TEST_F(Compile, EveryDecoderGivesACDWaveAndTheSecondCompileDecodesNothing) {
         EXPECT_NEAR(info.Millisecs, 6000, 150) << s;
         EXPECT_NE(toc().find("FILE \"" + wav + "\" 00:00:00"), std::string::npos) << s << toc();
     }
-    bool ok = false;
-    DOSOutputs cdrdao;
-    ok = cdrdao.ExecuteCommand("cdrdao toc-info " + platform::quoteArgument(temp("authored.toc")));
-    EXPECT_TRUE(ok) << cdrdao.totalOutput;
+    cdrdao("toc-info", temp("authored.toc"));
 
     view.panels.clear();
     h.space = platform::VolumeSpace{0, "/full"};  // nothing left to decode: 0 MB are needed
@@ -174,9 +171,7 @@ TEST_F(Compile, HostileNamesDecodeToTheirOwnTargetAndReachCdrdaoByALink) {
                                                "it's \"q\\.wav", t + "/.profile.wav", t + "/CDText.txt",
                                                t + "/authored.toc", t + "/~link02.wav"}));
     EXPECT_EQ(fs::read_symlink(temp("~link02.wav")), wav);
-    DOSOutputs cdrdao;
-    EXPECT_TRUE(cdrdao.ExecuteCommand("cdrdao toc-info " + platform::quoteArgument(temp("authored.toc"))))
-        << cdrdao.totalOutput;
+    cdrdao("toc-info", temp("authored.toc"));
 }
 
 TEST_F(Compile, AFullDiskAndShortTracksAreSaidFirst) {

@@ -11,16 +11,6 @@ using namespace saltmarrow::test;
 
 namespace {
 
-AudioObjects record(const std::string &path, const std::string &length, const std::string &pause = "00:00:00",
-                    const std::string &type = "PREGAP") {
-    AudioObjects t;
-    t.FullPath = path;
-    t.Length = t.OrigLength = t.Finish = length;
-    t.Pause = pause;
-    t.PregapType = type;
-    return t;
-}
-
 std::vector<std::string> names(const AudioProject &p) {
     std::vector<std::string> out;
     for (const auto &row : p.rows) out.push_back(row.text + "@" + row.position);
@@ -69,21 +59,24 @@ TEST(AudioProject, AddingChecksKindDecoderRateAndChannelsInThatOrder) {
     EXPECT_EQ(p.rows[2].text, "a.wav") << "without CD-Text the file name shows";
 }
 
-TEST(AudioProject, TotalsCountPregapsButNotGapsInsideTheSource) {
+TEST(AudioProject, TotalsAndDatabaseLengthsCountPregapsButNotGapsInsideTheSource) {
     AudioTestHost h;
     AudioProject p;
-    p.appendTrack(record("/m/a.wav", "80:00:00", "00:02:00"), "a");
-    p.appendTrack(record("/m/b.wav", "01:38:00", "00:03:00", "PRE_TRACK"), "b");
+    p.appendTrack(trackRecord("/m/a.wav", "80:00:00", "00:02:00"), "a");
+    p.appendTrack(trackRecord("/m/b.wav", "01:38:00", "00:03:00", "PRE_TRACK"), "b");
     const Totals t = p.updateTotals(h.host);
     EXPECT_DOUBLE_EQ(p.totalUsed, 4900);
     EXPECT_EQ(t.barValue, 4800);
     EXPECT_EQ(t.panel, "Total Time: 81mins 40secs");
+    // The database is asked with each pregap in front of its track, but not a
+    // pause that is part of its track's source.
+    EXPECT_EQ(p.freedbLengths(), (std::vector<long>{2000, 4800000, 98000}));
 }
 
 TEST(AudioProject, MovesSortingAndRemovalKeepRowsAndRecordsTogether) {
     AudioProject p;
     for (const char *n : {"c", "a", "b"})
-        p.appendTrack(record(std::string("/m/") + n + ".wav", "00:10:00"), n);
+        p.appendTrack(trackRecord(std::string("/m/") + n + ".wav", "00:10:00"), n);
     EXPECT_FALSE(p.moveUp(0));
     EXPECT_FALSE(p.moveDown(2));
     EXPECT_EQ(p.moveDown(0), 1u);
@@ -103,7 +96,7 @@ TEST(AudioProject, MovesSortingAndRemovalKeepRowsAndRecordsTogether) {
 TEST(AudioProject, AlbumNamesAndNamesFromFileNames) {
     AudioProject p;
     for (const char *album : {"X", "X", ""}) {
-        AudioObjects t = record("/m/03 - Foo - Bar.wav", "00:10:00");
+        AudioObjects t = trackRecord("/m/03 - Foo - Bar.wav", "00:10:00");
         t.Album = album;
         t.Artist = album;
         p.appendTrack(t, "r");

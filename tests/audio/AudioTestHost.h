@@ -1,6 +1,8 @@
 #ifndef SALTMARROW_TESTS_AUDIO_AUDIOTESTHOST_H
 #define SALTMARROW_TESTS_AUDIO_AUDIOTESTHOST_H
 
+#include <gtest/gtest.h>
+
 #include <cstdint>
 #include <fstream>
 #include <map>
@@ -9,24 +11,63 @@
 
 #include "audio/AudioCompile.h"
 #include "audio/AudioHost.h"
+#include "audio/mdlMediaInfo.h"
+#include "exec/DOSOutputs.h"
+#include "platform/CommandLine.h"
 #include "platform/Dialogs.h"
-#include "testlib/ScriptedDialogs.h"
 #include "shell/MessageTable.h"
+#include "support/TimeText.h"
+#include "testlib/ScriptedDialogs.h"
 
 namespace saltmarrow::test {
+
+inline std::string le16(int v) {
+    return {static_cast<char>(v & 0xFF), static_cast<char>(v >> 8 & 0xFF)};
+}
+inline std::string le32(std::uint32_t v) {
+    return le16(static_cast<int>(v & 0xFFFF)) + le16(static_cast<int>(v >> 16));
+}
+
+// A PCM WAV header for data bytes of sound; with a format chunk of 16 bytes
+// it is the canonical one of 44 bytes.
+inline std::string waveHeader(int channels, std::uint32_t rate, int bits, std::uint32_t data,
+                              std::uint32_t fmtSize = 16) {
+    return "RIFF" + le32(36 + data) + "WAVEfmt " + le32(fmtSize) + le16(1) + le16(channels) + le32(rate) +
+           le32(rate * channels * bits / 8) + le16(channels * bits / 8) + le16(bits) + "data" + le32(data);
+}
 
 // A canonical 16-bit WAV of silence.
 inline void writeWave(const std::string &path, int rate = 44100, int channels = 2, int ms = 5000) {
     const std::uint32_t bytes = static_cast<std::uint32_t>(rate / 1000.0 * ms) * channels * 2;
-    auto le = [](std::uint32_t v, int n) {
-        std::string s;
-        for (int i = 0; i < n; ++i) s += static_cast<char>((v >> (8 * i)) & 0xFF);
-        return s;
-    };
     std::ofstream(path, std::ios::binary)
-        << "RIFF" << le(36 + bytes, 4) << "WAVEfmt " << le(16, 4) << le(1, 2) << le(channels, 2)
-        << le(rate, 4) << le(rate * channels * 2, 4) << le(channels * 2, 2) << le(16, 2) << "data"
-        << le(bytes, 4) << std::string(bytes, '\0');
+        << waveHeader(channels, rate, 16, bytes) << std::string(bytes, '\0');
+}
+
+// A track of the given length as the project keeps it, from its start.
+inline AudioObjects trackRecord(const std::string &path, const std::string &length,
+                                const std::string &pause = "00:00:00", const std::string &type = "PREGAP") {
+    AudioObjects t;
+    t.FullPath = path;
+    t.Millisecs = trackTimeToMs(length);
+    t.Length = t.OrigLength = t.Finish = length;
+    t.Start = "00:00:00";
+    t.Pause = pause;
+    t.PregapType = type;
+    return t;
+}
+
+// What a test compares of a file's tags.
+inline std::string tagText(const MediaFileInfo &i) {
+    return i.Title + "|" + i.Artist + "|" + i.Album + "|" + i.Year + "|" + i.Genre + "|" +
+           std::to_string(i.TrackNumber) + "|" + i.Comments;
+}
+
+// cdrdao's subcommand on a TOC file, for its output; a TOC it refuses fails the test.
+inline std::string cdrdao(const std::string &subcommand, const std::string &toc) {
+    DOSOutputs run;
+    EXPECT_TRUE(run.ExecuteCommand("cdrdao " + subcommand + " " + platform::quoteArgument(toc)))
+        << run.totalOutput;
+    return run.totalOutput;
 }
 
 // The main window as a test plays it: English texts, settings in a map,

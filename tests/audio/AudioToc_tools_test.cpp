@@ -1,19 +1,21 @@
 // authored.toc byte for byte for each kind of gap, with and without CD-Text,
 // and what the real cdrdao makes of it: toc-info accepts it as a write would,
-// show-toc puts the tracks where the project has them.
+// show-toc puts the tracks where the project has them; the TOC comes back
+// into the track list as it went out. And one recording split into tracks.
 #include <gtest/gtest.h>
 
 #include <regex>
 
 #include "AudioTestHost.h"
 #include "audio/AudioToc.h"
-#include "exec/DOSOutputs.h"
-#include "platform/CommandLine.h"
+#include "audio/ListImport.h"
+#include "audio/TrackSplit.h"
 #include "support/mdlFunctions.h"
 #include "testlib/TestSupport.h"
 
 using namespace saltmarrow;
 using namespace saltmarrow::test;
+namespace mb = saltmarrow::platform::mb;
 
 namespace {
 
@@ -26,8 +28,9 @@ struct TocCase {
     bool cdText;
     std::string album, catalog;
     std::vector<TrackSpec> tracks;
-    std::string toc;     // "D" stands for the folder of the files
-    std::string places;  // start and end block of each track, as show-toc prints them
+    std::string toc;                // "D" stands for the folder of the files
+    std::string places;             // start and end block of each track, as show-toc prints them
+    std::vector<std::string> back;  // the album, then the rows, as the TOC is imported
 };
 
 // clang-format off
@@ -43,25 +46,44 @@ const TocCase kCases[] = {
      "TRACK AUDIO\r\nCD_TEXT {LANGUAGE 0 {TITLE \"T2\" PERFORMER \"A2\"}}\r\n"
      "FILE \"D/a.wav\" 00:08:00\r\nSTART\r\nFILE \"D/b.wav\" 00:00:00 \r\n\r\n"
      "TRACK AUDIO\r\nFILE \"D/c.wav\" 00:00:00 00:05:00\r\nSTART 00:01:00\r\n\r\n",
-     "150-750 900-1500 1575-1875"},
+     "150-750 900-1500 1575-1875",
+     {"Album/Art/0123456789012", "a.wav 00:00:00+00:10:00=00:10:00 00:02:00 PREGAP T1/A1 USABC0100001 01 - T1",
+      "b.wav 00:00:00+00:09:00=00:09:00 00:02:00 POST_TRACK T2/A2  02 - T2",
+      "c.wav 00:00:00+00:05:00=00:05:00 00:01:00 PRE_TRACK /  c"}},
     {"no CD-Text, a first track POST_TRACK", false, "Album", "",
      {{"a.wav", "00:10:00", "00:02:00", "POST_TRACK", "T1", "A1", ""},
       {"b.wav", "00:08:00", "00:00:00", "PRE_TRACK", "T2", "A2", ""}},
      "CD_ROM_XA\r\n\r\n"
      "TRACK AUDIO\r\nPREGAP 00:02:00\r\nFILE \"D/a.wav\" 00:00:00 \r\n\r\n"
      "TRACK AUDIO\r\nFILE \"D/b.wav\" 00:00:00 \r\n\r\n",
-     "150-900 900-1500"},
+     "150-900 900-1500",
+     {"//", "a.wav 00:00:00+00:10:00=00:10:00 00:02:00 PREGAP /  a",
+      "b.wav 00:00:00+00:08:00=00:08:00 00:00:00 PREGAP /  b"}},
     {"CD-Text with nothing to say", true, "", "",
      {{"a.wav", "00:10:00", "00:00:00", "PREGAP", "", "", ""}},
      "CD_ROM_XA\r\n\r\n\r\nTRACK AUDIO\r\nFILE \"D/a.wav\" 00:00:00 \r\n\r\n",
-     "0-750"},
+     "0-750",
+     {"//", "a.wav 00:00:00+00:10:00=00:10:00 00:00:00 PREGAP /  a"}},
 };
 // clang-format on
 
-std::string cdrdao(const std::string &subcommand, const std::string &toc, bool &ok) {
-    DOSOutputs run;
-    ok = run.ExecuteCommand("cdrdao " + subcommand + " " + platform::quoteArgument(toc));
-    return run.totalOutput;
+const AddOptions kWaves{false, true, "*.wav"};
+
+// The TOC as the compile writes it.
+std::string authored(AudioProject &p, bool cdText) {
+    std::string toc = tocHead(p, cdText), last;
+    for (std::size_t i = 0; i < p.count(); ++i) toc += tocTrack(p, i, "", cdText, last) + "\r\n";
+    return toc;
+}
+
+// Where cdrdao's show-toc puts each track: its start and end block.
+std::string places(const std::string &toc) {
+    const std::string shown = cdrdao("show-toc", toc);
+    static const std::regex place(R"(START +\d+:\d+:\d+\( *(\d+)\)\s+END +\d+:\d+:\d+\( *(\d+)\))");
+    std::string out;
+    for (std::sregex_iterator it(shown.begin(), shown.end(), place), end; it != end; ++it)
+        out += (out.empty() ? "" : " ") + (*it)[1].str() + "-" + (*it)[2].str();
+    return out;
 }
 
 }  // namespace
@@ -73,37 +95,39 @@ TEST(AudioToc, EachCaseByteForByteAndAsCdrdaoReadsIt) {
     writeWave(dir.file("b.wav"), 44100, 2, 8000);
     writeWave(dir.file("c.wav"), 44100, 2, 6000);
     for (const TocCase &c : kCases) {
+        SCOPED_TRACE(c.name);
         AudioProject p;
         p.strAlbumTitle = c.album;
         p.strAlbumArtist = c.album.empty() ? "" : "Art";
         p.strAlbumCatalog = c.catalog;
         for (const TrackSpec &s : c.tracks) {
-            AudioObjects t;
-            t.FullPath = dir.file(s.file);
-            t.Start = "00:00:00";
-            t.OrigLength = t.Finish = s.file == "c.wav" ? "00:06:00" : s.length;
-            t.Length = s.length;
-            t.Pause = s.pause;
-            t.PregapType = s.type;
+            AudioObjects t = trackRecord(dir.file(s.file), s.length, s.pause, s.type);
+            if (s.file == "c.wav") t.OrigLength = t.Finish = "00:06:00";  // a cut track
             t.Title = s.title;
             t.Artist = s.artist;
             t.ISRC = s.isrc;
             p.appendTrack(t, s.file);
         }
-        std::string toc = tocHead(p, c.cdText), last;
-        for (std::size_t i = 0; i < p.count(); ++i) toc += tocTrack(p, i, "", c.cdText, last) + "\r\n";
-        EXPECT_EQ(toc, vb::Replace(c.toc, "D/", dir.path() + "/")) << c.name;
+        const std::string toc = authored(p, c.cdText);
+        EXPECT_EQ(toc, vb::Replace(c.toc, "D/", dir.path() + "/"));
         writeFile(dir.file("authored.toc"), toc);
 
-        bool ok = false;
-        const std::string info = cdrdao("toc-info", dir.file("authored.toc"), ok);
-        EXPECT_TRUE(ok) << c.name << info;
-        const std::string shown = cdrdao("show-toc", dir.file("authored.toc"), ok);
-        static const std::regex place(R"(START +\d+:\d+:\d+\( *(\d+)\)\s+END +\d+:\d+:\d+\( *(\d+)\))");
-        std::string places;
-        for (std::sregex_iterator it(shown.begin(), shown.end(), place), end; it != end; ++it)
-            places += (places.empty() ? "" : " ") + (*it)[1].str() + "-" + (*it)[2].str();
-        EXPECT_EQ(places, c.places) << c.name << shown;
+        cdrdao("toc-info", dir.file("authored.toc"));
+        EXPECT_EQ(places(dir.file("authored.toc")), c.places);
+
+        AudioTestHost h;
+        AudioProject back;
+        h.dialogs.answer(mb::Yes);
+        importTOCFile(back, dir.file("authored.toc"), kWaves, h.host);
+        std::vector<std::string> rows{back.strAlbumTitle + "/" + back.strAlbumArtist + "/" +
+                                      back.strAlbumCatalog};
+        for (std::size_t i = 0; i < back.count(); ++i) {
+            const AudioObjects &t = back.track(i);
+            rows.push_back(fileNameOf(t.FullPath) + " " + t.Start + "+" + t.Length + "=" + t.Finish + " " +
+                           t.Pause + " " + t.PregapType + " " + t.Title + "/" + t.Artist + " " + t.ISRC +
+                           " " + back.rows[i].text);
+        }
+        EXPECT_EQ(rows, c.back);
     }
 }
 
@@ -117,4 +141,23 @@ TEST(AudioToc, CDTextFileNamesTheGuestArtistsOnly) {
     std::string text = cdTextHead(p) + cdTextLine(t, "Band");
     t.Artist = "Guest";
     EXPECT_EQ(text + cdTextLine(t, "Band"), "Album - Band\r\n\r\nOne\r\nOne - Guest\r\n");
+}
+
+TEST(AudioToc, TenSecondsSplitIntoThreeThreeAndTheRest) {
+    if (!haveProgram("cdrdao")) GTEST_SKIP() << "cdrdao is not installed (scripts/setup installs it)";
+    TempDir dir;
+    AudioTestHost h;
+    AudioProject p;
+    writeWave(dir.file("concert.wav"), 44100, 2, 10000);
+    p.addTrack(dir.file("concert.wav"), "", "00:00:00", "", kWaves, h.host);
+    h.dialogs.answer(std::string("00:03:00 junk 99:00:00 00:03:00"));
+    ASSERT_TRUE(splitTrack(p, SplitSource::Typed, true, h.host));
+    EXPECT_EQ(h.dialogs.prompts.back().text,
+              "Enter track lengths as mm:ss:ff and separated with a space.  Erroneous data is ignored.");
+    const std::string toc = authored(p, false), file = "FILE \"" + dir.file("concert.wav") + "\" ";
+    EXPECT_EQ(toc, "CD_ROM_XA\r\n\r\nTRACK AUDIO\r\n" + file + "00:00:00 00:03:00\r\n\r\nTRACK AUDIO\r\n" +
+                       file + "00:03:00 00:03:00\r\n\r\nTRACK AUDIO\r\n" + file +
+                       "00:06:00 00:04:00\r\n\r\n");
+    writeFile(dir.file("split.toc"), toc);
+    EXPECT_EQ(places(dir.file("split.toc")), "0-225 225-450 450-750");
 }

@@ -8,23 +8,13 @@
 
 #include "AudioTestHost.h"
 #include "audio/TrackSplit.h"
-#include "support/TimeText.h"
 
 using namespace saltmarrow;
 using namespace saltmarrow::test;
 
 namespace {
 
-AudioObjects record(int ms) {
-    AudioObjects t;
-    t.FullPath = "/m/live.wav";
-    t.Millisecs = ms;
-    t.Length = t.OrigLength = t.Finish = msToTrackTime(ms);
-    t.Start = "00:00:00";
-    t.Pause = "00:02:00";
-    t.PregapType = "PREGAP";
-    return t;
-}
+const AudioObjects kLive = trackRecord("/m/live.wav", "00:10:00", "00:02:00");
 
 }  // namespace
 
@@ -47,7 +37,7 @@ TEST(TrackProperties, TimeFieldsAsTypedAndLeft) {
     EXPECT_EQ(timeCaret(3, -1, 8), 1u);
     EXPECT_EQ(timeCaret(1, 1, 8), 3u);
 
-    const AudioObjects t = record(10000);
+    const AudioObjects &t = kLive;
     // clang-format off
     const std::tuple<std::string TrackFields::*, std::string, std::string, std::string> leaving[] = {
         {&TrackFields::txtFinishMS, "00:01:00", "0012", "00:01:00-00:10:00"},
@@ -65,7 +55,7 @@ TEST(TrackProperties, TimeFieldsAsTypedAndLeft) {
 
 TEST(TrackProperties, ChangesAreSeenAndSavedIntoTheTrackAndTheAlbum) {
     AudioProject p;
-    p.appendTrack(record(10000), "live");
+    p.appendTrack(kLive, "live");
     AudioObjects &t = p.track(0);
     TrackFields f = loadTrack(t);
     t.Finish = "00:00:00";
@@ -83,15 +73,15 @@ TEST(TrackProperties, ChangesAreSeenAndSavedIntoTheTrackAndTheAlbum) {
 TEST(TrackSplit, PiecesFromTheDatabaseOrTypedAndWhenNothingIsCut) {
     const struct {
         std::size_t tracks;
-        int ms;
+        std::string length;
         bool database;
         std::string typed;
         std::vector<std::string> rows, boxes;
     } cases[] = {
-        {2, 10000, false, "", {}, {"Only one track may exist in project to be split."}},
-        {1, 0, false, "", {}, {"WARNING:  Original track length is unknown!"}},
+        {2, "00:10:00", false, "", {}, {"Only one track may exist in project to be split."}},
+        {1, "00:00:00", false, "", {}, {"WARNING:  Original track length is unknown!"}},
         {1,
-         10000,
+         "00:10:00",
          true,
          "",
          {"[One] 00:00:00+00:03:00=00:03:00 00:02:00 PREGAP One/Band Album",
@@ -99,18 +89,19 @@ TEST(TrackSplit, PiecesFromTheDatabaseOrTypedAndWhenNothingIsCut) {
           "[Three] 00:07:00+00:03:00=00:10:00 00:00:00 PRE_TRACK Three/Band Album (s)"},
          {}},
         {1,
-         10000,
+         "00:10:00",
          false,
          "00:04:00 00:06:00 5",
          {"[ 001 ] 00:00:00+00:04:00=00:04:00 00:02:00 PREGAP / ",
           "[ 002] 00:04:00+00:06:00=00:10:00 00:00:00 PRE_TRACK /  (s)"},
          {}},
-        {1, 10000, false, "00:10:00 00:11:00", {}, {}},
+        {1, "00:10:00", false, "00:10:00 00:11:00", {}, {}},
     };
     for (const auto &c : cases) {
         AudioTestHost h;
         AudioProject p;
-        for (std::size_t i = 0; i < c.tracks; ++i) p.appendTrack(record(c.ms), "live");
+        for (std::size_t i = 0; i < c.tracks; ++i)
+            p.appendTrack(trackRecord("/m/live.wav", c.length, "00:02:00"), "live");
         if (c.database)
             h.host.GetTrackLengths = [] {
                 return std::make_optional(std::make_pair(

@@ -1,10 +1,12 @@
-// Header readers against files that sox, lame, oggenc and flac make, checked
-// against what each tool was told.
+// Header readers against files that lame, oggenc and flac make of sox's noise,
+// checked against what each tool was told. sox's own WAV files carry the
+// canonical header that the hand-made files of the unit test have.
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <filesystem>
 
+#include "AudioTestHost.h"
 #include "audio/mdlMediaInfo.h"
 #include "testlib/TestSupport.h"
 
@@ -43,11 +45,6 @@ struct MediaTools : ::testing::Test {
     }
 };
 
-std::string tags(const MediaFileInfo &i) {
-    return i.Title + "|" + i.Artist + "|" + i.Album + "|" + i.Year + "|" + i.Genre + "|" +
-           std::to_string(i.TrackNumber) + "|" + i.Comments;
-}
-
 const std::vector<std::string> kLameTags = {"--tt",     "My Title", "--ta", "The Artist",  "--tl",
                                             "An Album", "--ty",     "2003", "--tn",        "7",
                                             "--tg",     "Rock",     "--tc", "hello, world"};
@@ -61,24 +58,6 @@ std::vector<std::string> lame(std::vector<std::string> head, const std::vector<s
 // Encoder delay, padding and the Info frame: lame adds up to three frames.
 double slackMs(int rate) {
     return 3 * 1152 * 1000.0 / rate;
-}
-
-TEST_F(MediaTools, WaveFilesFromSox) {
-    need({"sox"});
-    for (int channels : {1, 2})
-        for (int rate : {44100, 48000})
-            for (int bits : {8, 16}) {
-                const std::string name = "w" + std::to_string(channels * rate * bits) + ".wav";
-                run({"sox", "-n", "-r", std::to_string(rate), "-c", std::to_string(channels), "-b",
-                     std::to_string(bits), name, "synth", "1.5", "sine", "440"});
-                const MediaFileInfo info = read(name);
-                EXPECT_EQ(info.Frequency, rate);
-                EXPECT_EQ(info.Channels, channels);
-                EXPECT_EQ(info.DataLength, size(name) - 8) << "the RIFF size";
-                EXPECT_NEAR(info.Millisecs, 1500, 36 * 1000 / (rate * channels * bits / 8.0) + 0.5);
-                EXPECT_EQ(info.Samples, std::nearbyint(rate / 1000.0 * info.Millisecs));
-                EXPECT_FALSE(info.IsVBR);
-            }
 }
 
 TEST_F(MediaTools, Mp3sFromLame) {
@@ -95,12 +74,11 @@ TEST_F(MediaTools, Mp3sFromLame) {
     // The comment comes from the ID3v1 tag only, blanks and commas gone;
     // lame keeps the track in its last byte, a control code there.
     const MediaFileInfo both = read("both.mp3");
-    EXPECT_EQ(tags(both), "My Title|The Artist|An Album|2003|Rock|7|helloworld");
+    EXPECT_EQ(tagText(both), "My Title|The Artist|An Album|2003|Rock|7|helloworld");
 
     EXPECT_FALSE(both.IsVBR) << "lame's Info frame of a constant-rate file is no Xing header";
     EXPECT_EQ(both.DataLength, size("both.mp3") - 128 - id3v2Size("both.mp3"));
     EXPECT_EQ(both.Millisecs, std::nearbyint(both.DataLength * 8 / 128));
-    EXPECT_NEAR(both.Millisecs, 3000, slackMs(44100));
     EXPECT_EQ(read("s48.mp3").DataLength, size("s48.mp3")) << "no tags were asked for";
     struct Row {
         const char *file;
@@ -123,40 +101,39 @@ TEST_F(MediaTools, Mp3sFromLame) {
     EXPECT_GT(vbr.Bitrate, 100);
 }
 
-TEST_F(MediaTools, OggVorbisFromOggenc) {
-    need({"sox", "oggenc"});
-    noise("in.wav", 44100, 2, 5);
-    run({"oggenc", "-Q",       "-b",   "128",        "--managed", "-c",       "COMMENT=hi there",
-         "-t",     "My Title", "-a",   "The Artist", "-l",        "An Album", "-d",
-         "2003",   "-G",       "Rock", "-N",         "7",         "in.wav",   "-o",
-         "s.ogg"});
-    const MediaFileInfo info = read("s.ogg");
-    EXPECT_EQ(tags(info), "My Title|The Artist|An Album|2003|Rock|7|hi there");
-    EXPECT_TRUE(info.IsVBR);
-    EXPECT_EQ(info.Samples, 5 * 44100);
-    EXPECT_EQ(info.Millisecs, 5000);
-    EXPECT_NEAR(info.Bitrate, 128, 12.8);
-    // The header pages, with the codebooks, are not counted as sound.
-    EXPECT_LT(info.DataLength, size("s.ogg") - 3000);
-    EXPECT_GT(info.DataLength, size("s.ogg") - 10000);
-}
-
-TEST_F(MediaTools, FlacFromFlac) {
-    need({"sox", "flac"});
-    noise("in.wav", 44100, 2, 2);
-    std::vector<std::string> flac{"flac", "-s", "in.wav", "-o", "padded.flac"};
+// oggenc and flac, told the same tags, give the length to the sample and the
+// rate of the sound alone: the header pages with the codebooks, and the
+// metadata with some 8 KiB of padding, are not counted.
+TEST_F(MediaTools, OggVorbisAndFlacFromTheirEncoders) {
+    need({"sox", "oggenc", "flac"});
+    noise("in.wav", 44100, 2, 3);
+    const std::vector<std::string> oggenc{
+        "oggenc", "-Q",       "-b",   "128",        "--managed", "-c",       "COMMENT=hi there",
+        "-t",     "My Title", "-a",   "The Artist", "-l",        "An Album", "-d",
+        "2003",   "-G",       "Rock", "-N",         "7",         "in.wav",   "-o",
+        "s.ogg"};
+    std::vector<std::string> flac{"flac", "-s", "in.wav", "-o", "s.flac"};
     for (const char *tag : {"TITLE=My Title", "ARTIST=The Artist", "ALBUM=An Album", "DATE=2003",
                             "TRACKNUMBER=7", "GENRE=Rock", "COMMENT=hi there", "ENCODEDBY=tests"})
         flac.insert(flac.end(), {"-T", tag});
-    run(flac);
-    const MediaFileInfo info = read("padded.flac");
-    EXPECT_EQ(tags(info), "My Title|The Artist|An Album|2003|Rock|7|hi there");
-    EXPECT_TRUE(info.IsVBR);
-    EXPECT_EQ(info.Samples, 2 * 44100);
-    EXPECT_EQ(info.Millisecs, 2000);
-    // The file's average rate, less the metadata (some 8 KiB of it padding).
-    EXPECT_LT(info.Bitrate, size("padded.flac") * 8 / 2000);
-    EXPECT_GT(info.Bitrate, (size("padded.flac") - 9000) * 8 / 2000);
+    struct Row {
+        std::vector<std::string> encode;
+        const char *file;
+        double headersAtLeast, headersAtMost;  // bytes
+    };
+    for (const Row &row : {Row{oggenc, "s.ogg", 3000, 10000}, Row{flac, "s.flac", 0, 9000}}) {
+        SCOPED_TRACE(row.file);
+        run(row.encode);
+        const MediaFileInfo info = read(row.file);
+        EXPECT_EQ(tagText(info), "My Title|The Artist|An Album|2003|Rock|7|hi there");
+        EXPECT_TRUE(info.IsVBR);
+        EXPECT_EQ(info.Samples, 3 * 44100);
+        EXPECT_EQ(info.Millisecs, 3000);
+        EXPECT_NEAR(info.Bitrate, info.DataLength * 8 / 3000, 0.01);
+        EXPECT_GT(info.DataLength, size(row.file) - row.headersAtMost);
+        EXPECT_LT(info.DataLength, size(row.file) - row.headersAtLeast);
+    }
+    EXPECT_NEAR(read("s.ogg").Bitrate, 128, 12.8) << "oggenc was told 128 kbit/s";
 }
 
 }  // namespace
