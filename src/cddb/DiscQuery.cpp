@@ -3,7 +3,6 @@
 #include <cmath>
 #include <cstdio>
 
-#include "support/TimeText.h"
 
 namespace saltmarrow::cddb {
 
@@ -22,18 +21,6 @@ std::string hex(long value, int width) {
 }
 
 }  // namespace
-
-std::vector<long> discLengths(const std::vector<TrackTiming> &rows) {
-    if (rows.empty()) return {};
-    std::vector<long> lengths{trackTimeToMs(rows[0].Pause)};
-    for (std::size_t i = 0; i < rows.size(); ++i) {
-        long length = trackTimeToMs(rows[i].Length);
-        if (i + 1 < rows.size() && rows[i + 1].PregapType == "PREGAP")
-            length += trackTimeToMs(rows[i + 1].Pause);
-        lengths.push_back(length);
-    }
-    return lengths;
-}
 
 std::optional<DiscQuery> discQuery(const std::vector<long> &lengthsMs) {
     if (lengthsMs.size() < 2) return std::nullopt;
