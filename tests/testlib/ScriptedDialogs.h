@@ -13,7 +13,7 @@ using platform::FolderChoice;
 using platform::FontChoice;
 
 // Answers from a queue and records every prompt, for tests. A prompt with no
-// answer queued is counted in unanswered and gets OK, or a cancel for dialogs.
+// answer queued gets OK, or a cancel for dialogs.
 class ScriptedDialogs : public platform::Dialogs {
 public:
     using Answer =
@@ -31,7 +31,6 @@ public:
     void cancelNext() { answers_.emplace_back(std::monostate{}); }
 
     std::vector<Prompt> prompts;
-    int unanswered = 0;
 
     int MsgBoxOverMe(const std::string &text, int style, const std::string &title) override;
     std::optional<std::vector<std::string>> openFile(const FileRequest &request) override;
