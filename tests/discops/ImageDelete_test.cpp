@@ -75,6 +75,8 @@ TEST(DeleteImage, WhatIsAskedWhatGoesWhatStays) {
          true},
         {"No keeps everything", Mode::WriteCD, {"w/Disc.cue", "w/Disc.bin"}, {mb::No}, {confirm},
          {"w", "w/Disc.bin", "w/Disc.cue"}, false},
+        {"so does Cancel", Mode::WriteCD, {"w/Disc.cue", "w/Disc.bin"}, {mb::Cancel}, {confirm},
+         {"w", "w/Disc.bin", "w/Disc.cue"}, false},
         {"an ISO is only let go", Mode::WriteCD, {"w/Disc.iso"}, {mb::Yes}, {confirm}, {"w", "w/Disc.iso"},
          true},
         {"other tasks have nothing to offer", Mode::CopyCD, {"w/Disc.cue"}, {}, {}, {"w", "w/Disc.cue"},
