@@ -58,8 +58,12 @@ TEST(WriteOutcome, FromTheFlags) {
     }
 }
 
-TEST(WriteOutcome, TheProgressCaptionAndTheVersion) {
-    // Which modes carry it: the main window's caption test.
+TEST(WriteOutcome, CaptionsOfTheWriteModesAndTheVersion) {
+    for (Mode mode :
+         {Mode::WriteCD, Mode::AudioCD, Mode::CopyCD, Mode::DataCD, Mode::DataDVD, Mode::WriteDVD})
+        EXPECT_TRUE(isWriteMode(mode));
+    for (Mode mode : {Mode::None, Mode::EraseCD, Mode::ReadCD, Mode::HideMe, Mode::ISO})
+        EXPECT_FALSE(isWriteMode(mode));
     EXPECT_EQ(progressCaption(5, 100, "saltmarrow"), "05% saltmarrow");
     EXPECT_EQ(progressCaption(300, 600, "saltmarrow"), "50% saltmarrow");
     EXPECT_EQ(progressCaption(0, 0, "saltmarrow"), "00% saltmarrow");
