@@ -69,8 +69,6 @@ struct Jobs : ::testing::Test {
         f().parseCommand();
     }
     std::vector<std::string> calls(const std::string &prefix) { return fakeCalls(app, prefix); }
-    // A tool of the program's folder is still in the process table.
-    bool toolAlive() { return !livingProcessesNaming(app).empty(); }
     // Clicks Cancel once the line that starts with from has come.
     void cancelAt(const std::string &from) {
         f().runner.objDOS.ReceiveOutputs = [this, from,
@@ -110,12 +108,9 @@ TEST_F(Jobs, StartUpFindsTheDrivesAndWhatTheyAre) {
                                                                     "/dev/sr2: ASUS, DVD: E818A9T"}));
     EXPECT_EQ(items(f().cmbWriterDevice), (std::vector<std::string>{"/dev/sr0: PLEXTOR, CD-R   PX-W4012A",
                                                                     "/dev/sr1: HL-DT-ST, DVDRAM GH24NSB0"}));
-    const DeviceInfo &cd = f().deviceState.devices.item(0);
-    EXPECT_EQ(cd.WriteSpeeds, "40x,32x,24x,20x,16x,12x,10x,8x,6x,4x,2x,1x");
-    EXPECT_EQ(cd.WriteFeatures, "CD-R CD-RW MRW-WRITE ");
-    EXPECT_EQ(cd.LastMediaType, "CD-R");
+    EXPECT_EQ(f().deviceState.devices.item(0).LastMediaType, "CD-R");
     EXPECT_EQ(f().deviceState.devices.item(1).LastMediaType, "DVD+R");
-    // One scan. Which tool asks which drive, and the DVD speed steps: tests/devices.
+    // One scan. Which tool asks which drive, the speeds and features read: tests/devices.
     EXPECT_EQ(calls("cdrdao scanbus"), std::vector<std::string>{"cdrdao scanbus"});
     expectOnlyDevicePaths();
 
@@ -125,14 +120,6 @@ TEST_F(Jobs, StartUpFindsTheDrivesAndWhatTheyAre) {
     ASSERT_TRUE(f().deviceInfoForm);
     EXPECT_TRUE(f().deviceInfoForm->isVisible());
     EXPECT_EQ(f().deviceInfoForm->lblFirmwareValue->text(), "1.01");
-}
-
-TEST_F(Jobs, NoDriveIsSaid) {
-    start({}, {}, "sysfs = missing\n");
-    h->dialogs.answer(mb::OK);
-    f().cmdWrite->click();
-    EXPECT_EQ(h->dialogs.prompts.back().text, "Please select a Write Device.");
-    EXPECT_TRUE(f().mnuDeviceSettings->isChecked()) << "the settings open to choose one";
 }
 
 TEST_F(Jobs, ACueImageOntoABlankCD) {
@@ -149,12 +136,10 @@ TEST_F(Jobs, ACueImageOntoABlankCD) {
     h->dialogs.answer(mb::No);  // keep the image
     f().cmdWrite->click();
 
+    // The figures, the result and the deletion asked: their texts are WriteDispatcher's and ImageDelete's.
     ASSERT_EQ(h->dialogs.prompts.size(), 3u);
-    // A cue sheet counts as its own size until cdrdao writes it; the room is counted in its blocks.
-    EXPECT_EQ(h->dialogs.prompts[0].text, "0 MB to be written to disc (807 MB free).");
     EXPECT_EQ(h->dialogs.prompts[1].text.substr(0, 29), "Writing finished successfully");
     EXPECT_EQ(h->dialogs.prompts[1].style, mb::Information);
-    EXPECT_EQ(h->dialogs.prompts[2].text, "Please confirm deletion of Image Files");
     EXPECT_EQ(status().substr(0, 40), "Writing finished successfully after 00mi");
     EXPECT_TRUE(std::filesystem::exists(image));
     const auto writes = calls("cdrdao write");
@@ -374,7 +359,7 @@ TEST_F(Reading, WhatCannotBeReadIsSaid) {
         EXPECT_EQ(status().rfind("Read Operation Cancelled", 0) == 0, row.medium != std::string("DVD-ROM"));
     }
     EXPECT_EQ(status(), "Read Operation Cancelled - the tray may stay locked: Tools, Reset Writer frees it.");
-    EXPECT_FALSE(toolAlive());
+    EXPECT_TRUE(livingProcessesNaming(app).empty()) << "no tool left behind";
     EXPECT_EQ(calls("cdrdao read-cd").size(), 2u);
     EXPECT_TRUE(std::filesystem::is_empty(img)) << "the partial images deleted";
 }

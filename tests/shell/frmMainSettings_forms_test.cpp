@@ -1,5 +1,5 @@
-// The main window with its settings file, its language files and its tools
-// folder: what one run leaves, the next run finds.
+// The main window with its settings file and its language files: what one
+// run leaves, the next run finds.
 #include <gtest/gtest.h>
 
 #include <QAction>
@@ -122,10 +122,10 @@ TEST(MainLanguage, TheTemplateHasASectionForEachForm) {
     TempDir app;
     started(app.path(), "/langtemplate");
     const std::string text = readFile(app.file("languages/Template.txt"));
-    for (const char *part : {"\r\n[frmMain]\r\ncmdWrite=&Write\r\nframeReader=Read Settings\r\n",
-                             "\r\nmnuFile=&File\r\nmnuLoad=Load &New Image...\r\n",
-                             "\r\n[frmLog]\r\nfrmLog=  Command Log\r\nmnuFont=Change &Font\r\n",
-                             "\r\n[frmEraseCD]\r\nfrmEraseCD=Erase Disc\r\n"})
+    // How a section is written and which controls it holds: LanguageForms.
+    for (const char *part :
+         {"\r\n[frmMain]\r\ncmdWrite=&Write\r\n", "\r\n[frmLog]\r\nfrmLog=  Command Log\r\n",
+          "\r\n[frmEraseCD]\r\nfrmEraseCD=Erase Disc\r\n"})
         EXPECT_NE(text.find(part), std::string::npos) << part;
     EXPECT_EQ(text.find("\r\nmnuFile=", text.find("mnuFile=") + 1), std::string::npos) << "each menu once";
     const std::size_t main = text.find("[frmMain]"), log = text.find("[frmLog]");
@@ -133,21 +133,4 @@ TEST(MainLanguage, TheTemplateHasASectionForEachForm) {
         const std::size_t at = text.find(other);
         EXPECT_FALSE(at > main && at < log) << other << " stands in the main form's section";
     }
-}
-
-TEST(MainTools, TheReportGoesToTheLogAndTheListToTheMenu) {
-    TempDir app;
-    std::filesystem::create_directories(app.file("external"));
-    for (const char *tool : {"cdrdao", "mkisofs"}) {
-        writeFile(app.file("external/") + tool, "#!/bin/sh\n");
-        std::filesystem::permissions(app.file("external/") + tool, std::filesystem::perms::owner_all);
-    }
-    auto h = started(app.path());
-    EXPECT_TRUE(h->dialogs.prompts.empty()) << "nothing that must be there is missing";
-    h->form().runner.log.close();
-    // What the report and the list say: ToolRegistry.
-    EXPECT_NE(readFile(app.file("external/TEMP/commandlog.txt")).find("Mkisofs"), std::string::npos);
-    h->form().mnuExternal->trigger();
-    ASSERT_EQ(h->dialogs.prompts.size(), 1u);
-    EXPECT_NE(h->dialogs.prompts[0].text.find("Cdrdao"), std::string::npos);
 }
