@@ -13,7 +13,7 @@ TEST(Decoders, EachToolsLineGivesItsProgress) {
         const char *kind, *line;
         int progress;  // -1: the line tells none
     } cases[] = {
-        {"mp3", " 00:01:23 Layer III, 128 kbps, 44100 Hz, joint stereo", 83},
+        {"mp3", " 01:01:23 Layer III, 128 kbps, 44100 Hz, joint stereo", 3683},
         {"mp3", "output: resampling 48000 Hz to 44100 Hz", -1},
         {"ogg", "\t[ 45.3%]", 45},
         {"ogg", "\t[ 100%]", 10},  // the digit before "%" falls off
@@ -25,8 +25,6 @@ TEST(Decoders, EachToolsLineGivesItsProgress) {
     };
     for (const auto &c : cases)
         EXPECT_EQ(decoderProgress(c.kind, c.line).value_or(-1), c.progress) << c.kind << ": " << c.line;
-    EXPECT_EQ(clockTextToSeconds("01:02:03"), 3723);
-    EXPECT_EQ(clockTextToSeconds("1:02:03"), 0);
 }
 
 TEST(Decoders, SourceAndTargetAreQuotedInOnePass) {

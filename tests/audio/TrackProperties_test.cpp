@@ -91,9 +91,10 @@ TEST(TrackSplit, PiecesFromTheDatabaseOrTypedAndWhenNothingIsCut) {
         {1,
          "00:10:00",
          false,
-         "00:04:00 00:06:00 5",
+         "00:04:00 junk 99:00:00 00:04:00",
          {"[ 001 ] 00:00:00+00:04:00=00:04:00 00:02:00 PREGAP / ",
-          "[ 002] 00:04:00+00:06:00=00:10:00 00:00:00 PRE_TRACK /  (s)"},
+          "[ 002] 00:04:00+00:04:00=00:08:00 00:00:00 PRE_TRACK /  (s)",
+          "[ 003] 00:08:00+00:02:00=00:10:00 00:00:00 PRE_TRACK /  (s)"},
          {}},
         {1, "00:10:00", false, "00:10:00 00:11:00", {}, {}},
     };
@@ -121,5 +122,10 @@ TEST(TrackSplit, PiecesFromTheDatabaseOrTypedAndWhenNothingIsCut) {
         }
         EXPECT_EQ(rows, c.rows) << c.typed;
         EXPECT_EQ(h.boxes(), c.boxes) << c.typed;
+        if (!c.typed.empty()) {
+            EXPECT_EQ(
+                h.dialogs.prompts.front().text,
+                "Enter track lengths as mm:ss:ff and separated with a space.  Erroneous data is ignored.");
+        }
     }
 }

@@ -1,5 +1,6 @@
 // The audio CD window: what it offers with the tools at hand, its keys, the
-// disc database hand-back, and the whole walk from files to a written disc.
+// disc database hand-back and the split, and the whole walk from files to a
+// written disc.
 #include <gtest/gtest.h>
 
 #include <QAction>
@@ -66,6 +67,18 @@ TEST(AudioWindow, KeysTheDiscDatabaseAndWhatIsNotThere) {
     QKeyEvent del(QEvent::KeyPress, Qt::Key_Delete, Qt::NoModifier);
     QApplication::sendEvent(form.listFiles, &del);
     EXPECT_EQ(rowTexts(form.listFiles), std::vector<std::string>{"First 00:04:00"});
+
+    // With the database, mnuSplit cuts by its lengths, and mnuSplitLengths splits too.
+    h.host.GetTrackLengths = [] {
+        return std::make_optional(std::make_pair(std::vector<std::string>{"00:01:00"}, FreedbResult{}));
+    };
+    frmAudioCD split(h.host);
+    split.Form_Load();
+    split.dropFiles({music.file("a.wav")});
+    split.mnuSplit->trigger();
+    EXPECT_EQ(rowTexts(split.listFiles), (std::vector<std::string>{" 001  00:01:00", " 002 00:03:00"}));
+    split.mnuSplitLengths->trigger();
+    EXPECT_EQ(h.boxes(), std::vector<std::string>{"Only one track may exist in project to be split."});
 }
 
 TEST(AudioWindow, FilesAreCompiledHandedToTheMainWindowAndWritten) {

@@ -1,5 +1,4 @@
-// The track properties dialog walked through three tracks, and a split
-// started from the audio window's menu.
+// The track properties dialog walked through three tracks.
 #include <gtest/gtest.h>
 
 #include <QApplication>
@@ -8,10 +7,8 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
-#include <QTreeWidget>
 
 #include "AudioTestHost.h"
-#include "audio/frmAudioCD.h"
 #include "audio/frmTrackProperties.h"
 #include "testlib/TestSupport.h"
 
@@ -63,21 +60,4 @@ TEST(TrackPropertiesDialog, EditNextWithTheQuestionResetAndFill) {
     EXPECT_EQ(p.track(0).Artist + p.track(2).Artist, "BandBand");
     for (int i = 0; i < 2; ++i) dialog.cmdNext->click();
     EXPECT_EQ(dialog.row(), 2u) << "next stops at the last row";
-}
-
-TEST(TrackPropertiesDialog, TheWindowSplitsByTheDatabaseOrByTypedLengths) {
-    TempDir dir;
-    writeWave(dir.file("live.wav"), 44100, 2, 10000);
-    AudioTestHost h;
-    h.host.GetTrackLengths = [] {
-        return std::make_optional(std::make_pair(std::vector<std::string>{"00:06:00"}, FreedbResult{}));
-    };
-    frmAudioCD form(h.host);
-    form.Form_Load();
-    form.dropFiles({dir.file("live.wav")});
-    form.mnuSplit->trigger();
-    ASSERT_EQ(form.listFiles->topLevelItemCount(), 2);
-    EXPECT_EQ(form.listFiles->topLevelItem(1)->text(2).toStdString(), "00:04:00");
-    form.mnuSplitLengths->trigger();
-    EXPECT_EQ(h.boxes(), std::vector<std::string>{"Only one track may exist in project to be split."});
 }

@@ -35,68 +35,35 @@ struct MediaTools : ::testing::Test {
     double size(const std::string &name) {
         return static_cast<double>(std::filesystem::file_size(dir.file(name)));
     }
-    // The size an ID3v2 header gives, decoded the standard way (7 bits a byte).
-    double id3v2Size(const std::string &name) {
-        const std::string head = readFile(dir.file(name)).substr(0, 10);
-        double n = 0;
-        if (head.compare(0, 3, "ID3") == 0)
-            for (int i = 6; i < 10; ++i) n = n * 128 + (static_cast<unsigned char>(head[i]) & 0x7F);
-        return n;
-    }
 };
 
-const std::vector<std::string> kLameTags = {"--tt",     "My Title", "--ta", "The Artist",  "--tl",
-                                            "An Album", "--ty",     "2003", "--tn",        "7",
-                                            "--tg",     "Rock",     "--tc", "hello, world"};
-std::vector<std::string> lame(std::vector<std::string> head, const std::vector<std::string> &tail,
-                              bool tagged = true) {
-    head.insert(head.begin(), {"lame", "--quiet"});
-    if (tagged) head.insert(head.end(), kLameTags.begin(), kLameTags.end());
-    head.insert(head.end(), tail.begin(), tail.end());
-    return head;
-}
 // Encoder delay, padding and the Info frame: lame adds up to three frames.
-double slackMs(int rate) {
-    return 3 * 1152 * 1000.0 / rate;
-}
+const double kSlackMs = 3 * 1152 * 1000.0 / 44100;
 
+// The rates, channel modes and tags of the frames are the unit test's; here
+// the frame that lame puts first, and its two tags.
 TEST_F(MediaTools, Mp3sFromLame) {
     need({"sox", "lame"});
     noise("in.wav", 44100, 2, 3);
-    noise("s48.wav", 48000, 2, 2);
-    noise("m32.wav", 32000, 1, 2);
-    run(lame({"-b", "128", "--id3v2-latin1", "--add-id3v2"}, {"in.wav", "both.mp3"}));
-    run(lame({"-V", "2", "--id3v2-latin1", "--add-id3v2"}, {"in.wav", "vbr.mp3"}));
-    run(lame({"-b", "192"}, {"s48.wav", "s48.mp3"}, false));
-    run(lame({"-b", "64", "-m", "m"}, {"m32.wav", "m32.mp3"}, false));
-    run(lame({"-b", "160", "-m", "d"}, {"s48.wav", "dual.mp3"}, false));
+    for (const auto &[mode, file] : {std::pair{"-b128", "cbr.mp3"}, {"-V2", "vbr.mp3"}})
+        run({"lame", "--quiet",    mode,   "--id3v2-latin1", "--add-id3v2",  "--tt",   "My Title",
+             "--ta", "The Artist", "--tl", "An Album",       "--ty",         "2003",   "--tn",
+             "7",    "--tg",       "Rock", "--tc",           "hello, world", "in.wav", file});
 
     // The comment comes from the ID3v1 tag only, blanks and commas gone;
     // lame keeps the track in its last byte, a control code there.
-    const MediaFileInfo both = read("both.mp3");
+    const MediaFileInfo both = read("cbr.mp3");
     EXPECT_EQ(tagText(both), "My Title|The Artist|An Album|2003|Rock|7|helloworld");
-
     EXPECT_FALSE(both.IsVBR) << "lame's Info frame of a constant-rate file is no Xing header";
-    EXPECT_EQ(both.DataLength, size("both.mp3") - 128 - id3v2Size("both.mp3"));
+    EXPECT_EQ(std::to_string(both.Frequency) + " " + std::to_string(both.Channels), "44100 2");
+    EXPECT_EQ(both.Bitrate, 128);
     EXPECT_EQ(both.Millisecs, std::nearbyint(both.DataLength * 8 / 128));
-    EXPECT_EQ(read("s48.mp3").DataLength, size("s48.mp3")) << "no tags were asked for";
-    struct Row {
-        const char *file;
-        int frequency, channels, bitrate;
-    };
-    for (const Row &row : {Row{"both.mp3", 44100, 2, 128}, Row{"s48.mp3", 48000, 2, 192},
-                           Row{"m32.mp3", 32000, 1, 64}, Row{"dual.mp3", 48000, 2, 160}}) {
-        const MediaFileInfo info = read(row.file);
-        EXPECT_EQ(info.Frequency, row.frequency) << row.file;
-        EXPECT_EQ(info.Channels, row.channels) << row.file;
-        EXPECT_EQ(info.Bitrate, row.bitrate) << row.file;
-        EXPECT_NEAR(info.Millisecs, row.frequency == 44100 ? 3000 : 2000, slackMs(row.frequency)) << row.file;
-    }
+    EXPECT_NEAR(both.Millisecs, 3000, kSlackMs);
 
     const MediaFileInfo vbr = read("vbr.mp3");
     EXPECT_TRUE(vbr.IsVBR);
     EXPECT_EQ(vbr.Title, "My Title");
-    EXPECT_NEAR(vbr.Millisecs, 3000, slackMs(44100));
+    EXPECT_NEAR(vbr.Millisecs, 3000, kSlackMs);
     EXPECT_NEAR(vbr.Bitrate, vbr.DataLength * 8 / vbr.Millisecs, 0.5);
     EXPECT_GT(vbr.Bitrate, 100);
 }
@@ -107,15 +74,13 @@ TEST_F(MediaTools, Mp3sFromLame) {
 TEST_F(MediaTools, OggVorbisAndFlacFromTheirEncoders) {
     need({"sox", "oggenc", "flac"});
     noise("in.wav", 44100, 2, 3);
-    const std::vector<std::string> oggenc{
-        "oggenc", "-Q",       "-b",   "128",        "--managed", "-c",       "COMMENT=hi there",
-        "-t",     "My Title", "-a",   "The Artist", "-l",        "An Album", "-d",
-        "2003",   "-G",       "Rock", "-N",         "7",         "in.wav",   "-o",
-        "s.ogg"};
+    std::vector<std::string> oggenc{"oggenc", "-Q", "-b", "128", "--managed", "in.wav", "-o", "s.ogg"};
     std::vector<std::string> flac{"flac", "-s", "in.wav", "-o", "s.flac"};
     for (const char *tag : {"TITLE=My Title", "ARTIST=The Artist", "ALBUM=An Album", "DATE=2003",
-                            "TRACKNUMBER=7", "GENRE=Rock", "COMMENT=hi there", "ENCODEDBY=tests"})
+                            "TRACKNUMBER=7", "GENRE=Rock", "COMMENT=hi there", "ENCODEDBY=tests"}) {
+        oggenc.insert(oggenc.end(), {"-c", tag});
         flac.insert(flac.end(), {"-T", tag});
+    }
     struct Row {
         std::vector<std::string> encode;
         const char *file;

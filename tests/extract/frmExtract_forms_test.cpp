@@ -32,7 +32,6 @@ TEST(ExtractWindow, BadInputIsToldAndNothingIsWrittenOutsideTheFolder) {
         {kThreeTracks, "", "", 0, {}, {}, "Please select a Read Device.", false},
         {"", "", "", 0, {}, {}, "Please insert the disc to be read!"},
         {"tracks = 4500\ndata_tracks = 1\n", "", "", 0, {}, {}, ""},
-        {kThreeTracks, "ExtractPath", " ", 0, three, {}, "Please enter a file name template"},
         {kThreeTracks, "ExtractPath", "/%4", 0, three, {}, "template \"/%4\" has to name a file below"},
         {kThreeTracks, "", "", 1, three, {}, "/external/lame was not found."},
         {kThreeTracks, "MRUExtract", "/proc", 0, three, {}, "The folder /proc/AC-DC cannot be written to."},
