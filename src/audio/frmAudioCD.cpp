@@ -24,6 +24,7 @@
 
 #include "audio/frmTrackProperties.h"
 #include "platform/Dialogs.h"
+#include "support/FormParts.h"
 #include "support/TimeText.h"
 #include "support/mdlFunctions.h"
 
@@ -43,12 +44,6 @@ QString q(const std::string &text) {
 
 std::string s(const QString &text) {
     return text.toUtf8().toStdString();
-}
-
-template <typename W>
-W *tagged(W *w) {
-    w->setProperty("tag", QStringLiteral("tagged"));
-    return w;
 }
 
 bool fileExists(const std::string &path) {
@@ -113,27 +108,17 @@ frmAudioCD::~frmAudioCD() = default;
 void frmAudioCD::buildControls() {
     auto *central = new QWidget(this);
     setCentralWidget(central);
-    auto button = [&](const char *name, const char *caption) {
-        auto *b = tagged(new QPushButton(QString::fromUtf8(caption), central));
-        b->setObjectName(name);
-        return b;
-    };
+    auto button = [&](const char *name, const char *caption) { return namedButton(central, name, caption); };
     cmdAddFiles = button("cmdAddFiles", "Add &Files...");
     cmdAddFolder = button("cmdAddFolder", "Add F&older...");
     cmdUp = button("cmdUp", "&Up");
     cmdDown = button("cmdDown", "&Down");
     cmdFreedb = button("cmdFreedb", "&Freedb...");
     cmdCompile = button("cmdCompile", "Com&pile");
-    chk2secgap = tagged(new QCheckBox(QStringLiteral("&2sec Pause"), central));
-    chk2secgap->setObjectName("chk2secgap");
+    chk2secgap = named(new QCheckBox(QStringLiteral("&2sec Pause"), central), "chk2secgap", true);
 
-    listFiles = tagged(new QTreeWidget(central));
-    listFiles->setObjectName("listFiles");
+    listFiles = rowList(central, "listFiles");
     listFiles->setColumnCount(4);
-    listFiles->setRootIsDecorated(false);
-    listFiles->setUniformRowHeights(true);
-    listFiles->setSelectionMode(QAbstractItemView::ExtendedSelection);
-    listFiles->setSelectionBehavior(QAbstractItemView::SelectRows);
     listFiles->setColumnHidden(kColumnPosition, true);
     listFiles->setContextMenuPolicy(Qt::CustomContextMenu);
     listViewport_ = listFiles->viewport();

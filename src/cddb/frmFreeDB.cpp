@@ -18,6 +18,7 @@
 #include "cddb/WebSearch.h"
 #include "platform/Dialogs.h"
 #include "support/ErrorReport.h"
+#include "support/FormParts.h"
 #include "support/mdlFunctions.h"
 
 namespace saltmarrow {
@@ -28,15 +29,8 @@ QString q(const std::string &text) {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 
-template <typename W>
-W *named(W *widget, const char *name, bool tagged) {
-    widget->setObjectName(QString::fromLatin1(name));
-    if (tagged) widget->setProperty("tag", QStringLiteral("tagged"));
-    return widget;
-}
-
 QPushButton *button(QWidget *parent, const char *name, const char *caption, bool tagged = true) {
-    return named(new QPushButton(QString::fromLatin1(caption), parent), name, tagged);
+    return namedButton(parent, name, caption, tagged);
 }
 
 }  // namespace

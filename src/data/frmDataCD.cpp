@@ -30,6 +30,7 @@
 #include "data/DataListModel.h"
 #include "data/VolumeLabel.h"
 #include "data/frmISOSettings.h"
+#include "support/FormParts.h"
 
 namespace saltmarrow {
 
@@ -102,10 +103,7 @@ void frmDataCD::buildControls() {
     auto *central = new QWidget(this);
     setCentralWidget(central);
     auto button = [&](const char *name, const char *caption, bool tagged = true) {
-        auto *b = new QPushButton(QString::fromUtf8(caption), central);
-        b->setObjectName(name);
-        if (tagged) b->setProperty("tag", "tagged");
-        return b;
+        return namedButton(central, name, caption, tagged);
     };
     cmdAddFiles = button("cmdAddFiles", "Add &Files...");
     cmdBrowse = button("cmdBrowse", "Add F&older...");

@@ -16,6 +16,7 @@
 #include "extract/ExtractNames.h"
 #include "extract/frmExtractSettings.h"
 #include "platform/EventWait.h"
+#include "support/FormParts.h"
 
 namespace saltmarrow {
 
@@ -23,12 +24,6 @@ namespace {
 
 QString q(const std::string &text) {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
-
-template <typename W>
-W *tagged(W *w) {
-    w->setProperty("tag", QStringLiteral("tagged"));
-    return w;
 }
 
 }  // namespace
@@ -47,27 +42,17 @@ frmExtractTracks::~frmExtractTracks() = default;
 void frmExtractTracks::buildControls() {
     auto *central = new QWidget(this);
     setCentralWidget(central);
-    auto button = [&](const char *name, const char *caption) {
-        auto *b = tagged(new QPushButton(QString::fromUtf8(caption), central));
-        b->setObjectName(name);
-        return b;
-    };
+    auto button = [&](const char *name, const char *caption) { return namedButton(central, name, caption); };
     cmdRescan = button("cmdRescan", "&Rescan");
     cmdFreedb = button("cmdFreedb", "Freedb..");
     cmdEncoder = button("cmdEncoder", "Settings..");
     cmdOpenFolder = button("cmdOpenFolder", "Open Folder");
     cmdExtract = button("cmdExtract", "E&xtract");
-    chkImageFile = tagged(new QCheckBox(QStringLiteral(" Image &File"), central));
-    chkImageFile->setObjectName("chkImageFile");
+    chkImageFile = named(new QCheckBox(QStringLiteral(" Image &File"), central), "chkImageFile", true);
 
-    listFiles = tagged(new QTreeWidget(central));
-    listFiles->setObjectName("listFiles");
+    listFiles = rowList(central, "listFiles");
     listFiles->setColumnCount(2);
     listFiles->setHeaderLabels({QStringLiteral("Track"), QStringLiteral("Length")});
-    listFiles->setRootIsDecorated(false);
-    listFiles->setUniformRowHeights(true);
-    listFiles->setSelectionMode(QAbstractItemView::ExtendedSelection);
-    listFiles->setSelectionBehavior(QAbstractItemView::SelectRows);
     listFiles->setEditTriggers(QAbstractItemView::NoEditTriggers);
     listFiles->header()->setStretchLastSection(false);
     listFiles->header()->setSectionResizeMode(0, QHeaderView::Stretch);

@@ -9,6 +9,7 @@
 #include "audio/frmAudioCD.h"
 #include "shell/FreedbLink.h"
 #include "shell/LanguageForms.h"
+#include "shell/MainHooks.h"
 #include "shell/frmMain.h"
 #include "support/AtomicFile.h"
 #include "support/ErrorReport.h"
@@ -19,12 +20,7 @@ namespace saltmarrow {
 AudioHost audioHost(frmMain &main) {
     AudioHost host;
     const ShellEnvironment &env = main.environment();
-    host.dialogs = env.dialogs;
-    host.message = [&main](std::string_view key) { return main.messages.text(key); };
-    host.setting = [&main](std::string_view key) { return main.settings.text(key); };
-    host.setSetting = [&main](std::string_view key, const std::string &value) {
-        main.settings.setText(key, value);
-    };
+    fillMainHooks(main, host);
     host.tools = DecoderTools{main.paths.strLame, main.paths.strOGG, main.paths.strFLAC,    main.paths.strMAC,
                               main.paths.strMPC,  main.paths.strAAC, main.paths.strWaveGain};
     host.tempName = [&main] { return main.strTempName; };

@@ -6,10 +6,11 @@
 #include <QCoreApplication>
 
 #include "extract/frmExtractTracks.h"
-#include "platform/Dialogs.h"
 #include "platform/CurrentDriveLayer.h"
+#include "platform/Dialogs.h"
 #include "shell/FreedbLink.h"
 #include "shell/LanguageForms.h"
+#include "shell/MainHooks.h"
 #include "shell/frmMain.h"
 #include "support/ErrorReport.h"
 
@@ -18,12 +19,7 @@ namespace saltmarrow {
 ExtractHost extractHost(frmMain &main) {
     ExtractHost host;
     const ShellEnvironment &env = main.environment();
-    host.dialogs = env.dialogs;
-    host.message = [&main](std::string_view key) { return main.messages.text(key); };
-    host.setting = [&main](std::string_view key) { return main.settings.text(key); };
-    host.setSetting = [&main](std::string_view key, const std::string &value) {
-        main.settings.setText(key, value);
-    };
+    fillMainHooks(main, host);
     host.encoders = [&main] {
         std::vector<EncoderRow> rows;
         if (main.encoderTable)
