@@ -166,35 +166,29 @@ void frmAudioCD::buildMenus() {
         tagged(m->menuAction())->setObjectName(name);
         return m;
     };
-    auto item = [&](QMenu *m, const char *name, const char *caption, bool checkable = false) {
-        QAction *a = m->addAction(QString::fromUtf8(caption));
-        a->setObjectName(name);
-        a->setCheckable(checkable);
-        return a;
-    };
     mnuFile = menu("mnuFile", "&File");
-    mnuAddFiles = item(mnuFile, "mnuAddFiles", "&Add Files...");
-    mnuAddFolder = item(mnuFile, "mnuAddFolder", "Add F&older...");
-    mnuSaveTracklist = item(mnuFile, "mnuSaveTracklist", "Sa&ve to Tracklist");
+    mnuAddFiles = menuItem(mnuFile, "mnuAddFiles", "&Add Files...");
+    mnuAddFolder = menuItem(mnuFile, "mnuAddFolder", "Add F&older...");
+    mnuSaveTracklist = menuItem(mnuFile, "mnuSaveTracklist", "Sa&ve to Tracklist");
     mnuFile->addSeparator();
-    mnuClear = item(mnuFile, "mnuClear", "&Clear Project");
+    mnuClear = menuItem(mnuFile, "mnuClear", "&Clear Project");
     mnuList = menu("mnuList", "&Tracks");
-    mnuTrackUp = item(mnuList, "mnuTrackUp", "Move &Up");
-    mnuTrackDown = item(mnuList, "mnuTrackDown", "Move &Down");
-    mnuRemoveFile = item(mnuList, "mnuRemoveFile", "&Remove");
+    mnuTrackUp = menuItem(mnuList, "mnuTrackUp", "Move &Up");
+    mnuTrackDown = menuItem(mnuList, "mnuTrackDown", "Move &Down");
+    mnuRemoveFile = menuItem(mnuList, "mnuRemoveFile", "&Remove");
     mnuList->addSeparator();
-    mnuPause = item(mnuList, "mnuPause", "&All to Current Pause");
-    mnuFilterFilename = item(mnuList, "mnuFilterFilename", "CD-Text from &Filename...");
-    mnuSplit = item(mnuList, "mnuSplit", "&Split Track...");
-    mnuSplitLengths = item(mnuList, "mnuSplitLengths", "Split by &Lengths...");
+    mnuPause = menuItem(mnuList, "mnuPause", "&All to Current Pause");
+    mnuFilterFilename = menuItem(mnuList, "mnuFilterFilename", "CD-Text from &Filename...");
+    mnuSplit = menuItem(mnuList, "mnuSplit", "&Split Track...");
+    mnuSplitLengths = menuItem(mnuList, "mnuSplitLengths", "Split by &Lengths...");
     mnuList->addSeparator();
-    mnuProperties = item(mnuList, "mnuProperties", "&Properties...");
+    mnuProperties = menuItem(mnuList, "mnuProperties", "&Properties...");
     mnuOptions = menu("mnuOptions", "&Options");
-    mnuCDText = item(mnuOptions, "mnuCDText", "Enable &CD-Text", true);
-    mnuWaveGain = item(mnuOptions, "mnuWaveGain", "Apply &WaveGain", true);
-    mnuAutoWrite = item(mnuOptions, "mnuAutoWrite", "Automatic &Write", true);
+    mnuCDText = menuItem(mnuOptions, "mnuCDText", "Enable &CD-Text", true);
+    mnuWaveGain = menuItem(mnuOptions, "mnuWaveGain", "Apply &WaveGain", true);
+    mnuAutoWrite = menuItem(mnuOptions, "mnuAutoWrite", "Automatic &Write", true);
     mnuOptions->addSeparator();
-    mnuTempFolder = item(mnuOptions, "mnuTempFolder", "Change &Temp Folder");
+    mnuTempFolder = menuItem(mnuOptions, "mnuTempFolder", "Change &Temp Folder");
 }
 
 void frmAudioCD::run(const char *procedure, const std::function<void()> &handler) {

@@ -14,6 +14,7 @@
 #include <QVBoxLayout>
 
 #include "shell/frmMain.h"
+#include "support/FormParts.h"
 
 // The design of the main form: its controls, their names and captions, and
 // the menus.
@@ -186,54 +187,48 @@ void frmMain::buildMenus() {
         m->setObjectName(name);
         return m;
     };
-    auto item = [&](QMenu *m, const char *name, const char *caption, bool checkable = false) {
-        QAction *a = m->addAction(QString::fromUtf8(caption));
-        a->setObjectName(name);
-        a->setCheckable(checkable);
-        return a;
-    };
     mnuFile = menu("mnuFile", "&File");
-    mnuLoad = item(mnuFile, "mnuLoad", "Load &New Image...");
-    mnuLog = item(mnuFile, "mnuLog", "View Command &Log", true);
+    mnuLoad = menuItem(mnuFile, "mnuLoad", "Load &New Image...");
+    mnuLog = menuItem(mnuFile, "mnuLog", "View Command &Log", true);
     mnuFile->addSeparator();
-    mnuExit = item(mnuFile, "mnuExit", "E&xit");
+    mnuExit = menuItem(mnuFile, "mnuExit", "E&xit");
     mnuSettings = menu("mnuSettings", "&Settings");
-    mnuDeviceSettings = item(mnuSettings, "mnuDeviceSettings", "Device &Settings", true);
-    mnuLanguages = item(mnuSettings, "mnuLanguages", "&Languages...");
+    mnuDeviceSettings = menuItem(mnuSettings, "mnuDeviceSettings", "Device &Settings", true);
+    mnuLanguages = menuItem(mnuSettings, "mnuLanguages", "&Languages...");
     mnuSettings->addSeparator();
-    mnuConfirmWrite = item(mnuSettings, "mnuConfirmWrite", "&Confirm Write", true);
-    mnuMouseOver = item(mnuSettings, "mnuMouseOver", "Mouseover &Help", true);
-    mnuOnTop = item(mnuSettings, "mnuOnTop", "Always on &Top", true);
+    mnuConfirmWrite = menuItem(mnuSettings, "mnuConfirmWrite", "&Confirm Write", true);
+    mnuMouseOver = menuItem(mnuSettings, "mnuMouseOver", "Mouseover &Help", true);
+    mnuOnTop = menuItem(mnuSettings, "mnuOnTop", "Always on &Top", true);
     mnuTools = menu("mnuTools", "&Tools");
-    mnuDeviceInfo = item(mnuTools, "mnuDeviceInfo", "&Device Info...");
-    mnuResetWriter = item(mnuTools, "mnuResetWriter", "&Reset Writer");
-    mnuErase = item(mnuTools, "mnuErase", "&Erase Disc...");
+    mnuDeviceInfo = menuItem(mnuTools, "mnuDeviceInfo", "&Device Info...");
+    mnuResetWriter = menuItem(mnuTools, "mnuResetWriter", "&Reset Writer");
+    mnuErase = menuItem(mnuTools, "mnuErase", "&Erase Disc...");
     mnuReadCopy = menu("mnuReadCopy", "&Read/Copy");
-    mnuReadCD = item(mnuReadCopy, "mnuReadCD", "&Read to Image");
-    mnuDDump = item(mnuReadCopy, "mnuDDump", "&DDump to Image");
-    mnuExtractTracks = item(mnuReadCopy, "mnuExtractTracks", "E&xtract Tracks...");
-    mnuCopyCD = item(mnuReadCopy, "mnuCopyCD", "&Copy on the fly");
+    mnuReadCD = menuItem(mnuReadCopy, "mnuReadCD", "&Read to Image");
+    mnuDDump = menuItem(mnuReadCopy, "mnuDDump", "&DDump to Image");
+    mnuExtractTracks = menuItem(mnuReadCopy, "mnuExtractTracks", "E&xtract Tracks...");
+    mnuCopyCD = menuItem(mnuReadCopy, "mnuCopyCD", "&Copy on the fly");
     mnuMastering = menu("mnuMastering", "&Mastering");
-    mnuAudioCD = item(mnuMastering, "mnuAudioCD", "&Audio CD...");
-    mnuDataCD = item(mnuMastering, "mnuDataCD", "&Data CD...");
-    mnuDataDVD = item(mnuMastering, "mnuDataDVD", "Da&ta DVD...");
-    mnuDVDVideo = item(mnuMastering, "mnuDVDVideo", "DVD &Video...");
+    mnuAudioCD = menuItem(mnuMastering, "mnuAudioCD", "&Audio CD...");
+    mnuDataCD = menuItem(mnuMastering, "mnuDataCD", "&Data CD...");
+    mnuDataDVD = menuItem(mnuMastering, "mnuDataDVD", "Da&ta DVD...");
+    mnuDVDVideo = menuItem(mnuMastering, "mnuDVDVideo", "DVD &Video...");
     mnuHelp = menu("mnuHelp", "&Help");
-    mnuHelpContents = item(mnuHelp, "mnuHelpContents", "&Contents...");
-    mnuExternal = item(mnuHelp, "mnuExternal", "&List External Tools");
-    mnuDonate = item(mnuHelp, "mnuDonate", "Make a &Donation...");
+    mnuHelpContents = menuItem(mnuHelp, "mnuHelpContents", "&Contents...");
+    mnuExternal = menuItem(mnuHelp, "mnuExternal", "&List External Tools");
+    mnuDonate = menuItem(mnuHelp, "mnuDonate", "Make a &Donation...");
     mnuHelp->addSeparator();
-    mnuAbout = item(mnuHelp, "mnuAbout", "&About...");
+    mnuAbout = menuItem(mnuHelp, "mnuAbout", "&About...");
 
     // The tray menu is not on the bar.
     mnuSysTray = new QMenu(QStringLiteral("SysTray[dis]"), this);
     mnuSysTray->setObjectName("mnuSysTray");
-    mnuRestore = item(mnuSysTray, "mnuRestore", "&Restore");
+    mnuRestore = menuItem(mnuSysTray, "mnuRestore", "&Restore");
     mnuSysTray->setDefaultAction(mnuRestore);
-    mnuDonate2 = item(mnuSysTray, "mnuDonate2", "Make a &Donation...");
-    mnuSysTrayAbout = item(mnuSysTray, "mnuSysTrayAbout", "&About");
+    mnuDonate2 = menuItem(mnuSysTray, "mnuDonate2", "Make a &Donation...");
+    mnuSysTrayAbout = menuItem(mnuSysTray, "mnuSysTrayAbout", "&About");
     mnuSysTray->addSeparator();
-    mnuSysTrayExit = item(mnuSysTray, "mnuSysTrayExit", "E&xit");
+    mnuSysTrayExit = menuItem(mnuSysTray, "mnuSysTrayExit", "E&xit");
 }
 
 }  // namespace saltmarrow

@@ -2,6 +2,8 @@
 #define SALTMARROW_SUPPORT_FORMPARTS_H
 
 #include <QAbstractItemView>
+#include <QAction>
+#include <QMenu>
 #include <QPushButton>
 #include <QString>
 #include <QTreeWidget>
@@ -26,6 +28,13 @@ W *named(W *widget, const char *name, bool isTagged) {
 inline QPushButton *namedButton(QWidget *parent, const char *name, const char *caption,
                                 bool isTagged = true) {
     return named(new QPushButton(QString::fromUtf8(caption), parent), name, isTagged);
+}
+
+inline QAction *menuItem(QMenu *menu, const char *name, const char *caption, bool checkable = false) {
+    QAction *action = menu->addAction(QString::fromUtf8(caption));
+    action->setObjectName(QString::fromLatin1(name));
+    action->setCheckable(checkable);
+    return action;
 }
 
 // A list of tracks or files: flat rows, several of them selectable at once.
