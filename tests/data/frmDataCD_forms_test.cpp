@@ -177,7 +177,7 @@ TEST_F(DataForm, IsoSettingsFilterBoxesAndBootImage) {
     iso->box(data::IsoBox::BootImage)->click();
     EXPECT_TRUE(iso->cmdBootImage->isEnabled());
     test::writeFile(dir.file("boot.img"), "boot");
-    for (const std::string &chosen : {dir.path(), dir.file("boot.img")}) {
+    for (const std::string &chosen : {dir.path(), dir.file("none"), dir.file("boot.img")}) {
         dialogs.answer(std::vector<std::string>{chosen});
         iso->cmdBootImage->click();
         EXPECT_EQ(iso->txtBootImage->text().toStdString(), chosen);
