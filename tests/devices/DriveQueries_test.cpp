@@ -203,7 +203,6 @@ TEST(DiscStatus, WhatTheDiscIs) {
     ASSERT_EQ(fake.dialogs.prompts.size(), 1u);
     EXPECT_EQ(fake.dialogs.prompts[0].text, "Please select a Write Device.");
     EXPECT_EQ(fake.dialogs.prompts[0].style, 48);
-    EXPECT_EQ(splitDiscStatus("A" + nul + "330875" + nul + "1").blocks, 330875);
 }
 
 TEST(DiscStatus, AUsedRewritableIsOfferedForErasingAndReadAgain) {
@@ -241,7 +240,9 @@ TEST(DiscStatus, AUsedRewritableIsOfferedForErasingAndReadAgain) {
 }
 
 // The drive queries where the system tells what a drive is and cdrdao only
-// its speed: Debian's cdrdao with the kernel's CD-ROM table.
+// its speed: Debian's cdrdao with the kernel's CD-ROM table. A CD writer's
+// top speed and its rounding are read by the device dialog's test, a drive
+// that cannot write by the start-up test.
 TEST(KernelDriveInfo, TopSpeedInCDOrDVDSteps) {
     struct Row {
         const char *output;
@@ -249,10 +250,8 @@ TEST(KernelDriveInfo, TopSpeedInCDOrDVDSteps) {
         long top;
     };
     const Row rows[] = {
-        {"Maximum reading speed: 8467 kB/s\nMaximum writing speed: 7056 kB/s\n", false, 40},
         {"Maximum writing speed: 22160 kB/s\r\n", true, 16},
         {"Maximum writing speed: 8310 kB/s", true, 6},
-        {"Maximum writing speed: 0 kB/s", false, 0},
         {"Maximum reading speed: 8467 kB/s", false, 0},
     };
     for (const Row &row : rows) EXPECT_EQ(topWriteSpeed(row.output, row.dvd), row.top) << row.output;
@@ -262,12 +261,10 @@ TEST(KernelDriveInfo, MediumWords) {
     const std::string inquiry = "INQUIRY:                [HL-DT-ST][DVDRAM GH24NSB0 ][LN01]\n";
     const std::pair<std::string, const char *> dvds[] = {
         {inquiry + " Mounted Media:         1Bh, DVD+R\n", "DVD+R"},
-        {inquiry + " Mounted Media:         11h, DVD-R Sequential\n", "DVD-R"},
         {inquiry + " Mounted Media:         13h, DVD-RW Restricted Overwrite\r\n", "DVD-RW"},
         {inquiry + ":-( no media mounted, exiting...\n", "n/a"},
         {inquiry + ":-( non-DVD media mounted, exiting...\n", ""},
         {inquiry + " Mounted Media:         41h, BD-R SRM\n", ""},
-        {"/dev/sr0: unable to open: No such file or directory\n", ""},
     };
     for (const auto &[output, type] : dvds) EXPECT_EQ(dvdMediumType(output), type) << output;
     const std::string read = "That data below may not reflect the real status of the inserted medium\n";

