@@ -139,6 +139,7 @@ TEST(SettingsStore, LinesAreReadAsTheFileHasThem) {
               "Always on Top=True|Check Cue Files=1|Simulate=1|Paranoia=2|PurgeLog=0|ExtractEncoder=Lame|"
               "DVDAutoWriteData=True|");
     EXPECT_EQ(ini.encoders->rowCount(), 4u);  // no encoder lines: the defaults stand
+    EXPECT_FALSE(s.wasRead("Eject")) << "set their controls only if read (Simulate: frmMainSettings)";
     const std::string file = composeSettings(s, DeviceTable{}, std::nullopt);
     for (const LegacySettingRow &row : kLegacySettings)
         EXPECT_EQ(file.find("\n" + std::string(row.key) + "="), std::string::npos) << row.key;
