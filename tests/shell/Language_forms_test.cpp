@@ -77,7 +77,7 @@ TEST(LanguageForms, ApplyingAFile) {
               "[frmChild]\r\ncmdWrite=&Abbruch\r\n"s);
     Form f;
     MessageTable messages;
-    // The window inside the form first, which leaves the messages alone.
+    // The window inside the form, without messagesToo: the table is left alone.
     ASSERT_TRUE(applyLanguage(f.child, false, "Test", messages, app.path()));
     EXPECT_EQ(f.childButton->text(), "&Abbruch");
     EXPECT_EQ(messages["msgCancel"], "&Cancel");
