@@ -48,7 +48,7 @@ bool DataJob::goOnAfterIllegal(std::string_view name) {
         below = key.starts_with(rootKey) ? key.substr(rootKey.size()) : key;
     }
     const std::string text = host_.text("msgIllegalFilename") + "\r\n\r\n" + below + "\\" + std::string(name);
-    if (host_.ask(text, mb::OKCancel | mb::Information) != mb::Cancel) return true;
+    if (host_.msgBox(text, mb::OKCancel | mb::Information) != mb::Cancel) return true;
     project_.cancelFlag = true;
     return false;
 }
@@ -104,7 +104,7 @@ double DataJob::addFolder(const std::string &folder, const std::string &parentNo
     const NodeId parent = parentNode.empty() ? project_.selected : project_.findNode(parentNode);
     if (!project_.alive(parent)) return 0;
     if (isDriveRoot(folder)) {
-        host_.ask(host_.text("msgToAddRootFolder"), mb::Information);
+        host_.msgBox(host_.text("msgToAddRootFolder"), mb::Information);
         return 0;
     }
     return walkFolder(folder, parent, rootFolder, DisableProgress, true).size;
@@ -126,7 +126,7 @@ DataJob::Added DataJob::walkFolder(const std::string &folderPath, NodeId parent,
     }
     const std::string text = fileNameCheck(leaf);
     if (project_.findNode(project_.Key(parent) + "\\" + text) != kNoNode || project_.item(parent, text)) {
-        host_.ask(host_.text("msgFolderExists"), mb::Exclamation);
+        host_.msgBox(host_.text("msgFolderExists"), mb::Exclamation);
         return {};
     }
     const NodeId node = project_.addNode(parent, text);
@@ -254,7 +254,7 @@ void DataJob::cmdAddFiles_Click() {
     if (!project_.alive(project_.selected)) return;
     platform::FileRequest request;
     request.filter = "All File Types (*.*)|*.*";
-    request.folder = host_.settingText(keys().lastFolder);
+    request.folder = host_.value(keys().lastFolder);
     request.multiSelect = true;
     const auto chosen = host_.dialogs ? host_.dialogs->openFile(request) : std::nullopt;
     if (!chosen || chosen->empty()) return;
@@ -262,7 +262,7 @@ void DataJob::cmdAddFiles_Click() {
     for (const std::string &file : *chosen)
         if (pathParent(file) == strFiles[0]) strFiles.emplace_back(pathLeaf(file));
     std::sort(strFiles.begin() + 1, strFiles.end());
-    host_.store(keys().lastFolder, strFiles[0]);
+    host_.setValue(keys().lastFolder, strFiles[0]);
     enableControls(false);
     if (host_.enableImageList) host_.enableImageList(false);
     addFiles(strFiles);
@@ -274,18 +274,17 @@ void DataJob::cmdAddFiles_Click() {
 void DataJob::cmdBrowse_Click() {
     if (!project_.alive(project_.selected)) return;
     const ModeKeys &k = keys();
-    const auto choice = host_.dialogs
-                            ? host_.dialogs->browseFolder(
-                                  host_.text("msgBrowseForFolder"), host_.settingText(k.lastFolder),
-                                  host_.text("msgFolderContentsOnly"), host_.settingTrue(k.folderContents))
-                            : std::nullopt;
+    const auto choice = host_.dialogs ? host_.dialogs->browseFolder(
+                                            host_.text("msgBrowseForFolder"), host_.value(k.lastFolder),
+                                            host_.text("msgFolderContentsOnly"), host_.flag(k.folderContents))
+                                      : std::nullopt;
     if (!choice || choice->folder.empty()) return;
     if (isDriveRoot(choice->folder) && !choice->checked) {
-        host_.ask(host_.text("msgToAddRootFolder"), mb::Information);
+        host_.msgBox(host_.text("msgToAddRootFolder"), mb::Information);
         return;
     }
-    host_.store(k.lastFolder, choice->folder);
-    host_.store(k.folderContents, choice->checked ? "1" : "0");
+    host_.setValue(k.lastFolder, choice->folder);
+    host_.setValue(k.folderContents, choice->checked ? "1" : "0");
     enableControls(false);
     if (host_.enableImageList) host_.enableImageList(false);
     breathe();
@@ -342,7 +341,7 @@ void DataJob::ClearList(std::string_view label) {
 void DataJob::loadFolderObjects(const std::string &key) {
     const NodeId node = project_.findNode(key);
     if (node == kNoNode) {
-        host_.ask(host_.text("msgNodeNotFound"), mb::Exclamation, "Treeview");
+        host_.msgBox(host_.text("msgNodeNotFound"), mb::Exclamation, "Treeview");
         return;
     }
     project_.selected = node;

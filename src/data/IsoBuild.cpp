@@ -263,7 +263,7 @@ void IsoBuild::cmdBurn_Click(const BurnClick &click) {
     } restore{*this};
 
     if (!buildFileList(click.chkCreateISO)) {
-        if (!project.cancelFlag) host.ask(text("msgAddData"), mb::Information);
+        if (!project.cancelFlag) host.msgBox(text("msgAddData"), mb::Information);
         return;
     }
     if (click.mnuISOSettings && click.showIsoSettings) click.showIsoSettings();
@@ -300,7 +300,7 @@ void IsoBuild::cmdBurn_Click(const BurnClick &click) {
         std::string question = text("msgISOSize") + std::to_string(std::llround(project.total / 1048576)) +
                                text("msgDataLoadMain");
         if (largeFile_) question += "\r\n\r\n" + text("msgLargeFileUDF");
-        if (host.ask(question, mb::OKCancel | mb::Question) != mb::OK) return;
+        if (host.msgBox(question, mb::OKCancel | mb::Question) != mb::OK) return;
     }
     if (!click.chkCreateISO) {
         if (host_.handOver) host_.handOver(discops::DataDisc{options, largeFile_}, label, click.mnuAutoWrite);
@@ -331,14 +331,14 @@ void IsoBuild::makeImage(const std::string &options) {
     if (!placed) fs::remove(partFile_, ec);
     if (cancelled_) return;
     if (!placed) {
-        host.ask(text("msgFileCheckFail"), mb::Information);
+        host.msgBox(text("msgFileCheckFail"), mb::Information);
         return;
     }
     job_.updateSize();
     const long seconds = static_cast<long>(
         std::chrono::duration_cast<std::chrono::seconds>(std::chrono::steady_clock::now() - start).count());
-    host.ask(Replace(text("msgWriteSuccess"), "%1", host_.elapsedText ? host_.elapsedText(seconds) : ""),
-             mb::Information);
+    host.msgBox(Replace(text("msgWriteSuccess"), "%1", host_.elapsedText ? host_.elapsedText(seconds) : ""),
+                mb::Information);
 }
 
 bool IsoBuild::cancelClick(const std::string &caption) {
@@ -371,7 +371,7 @@ void IsoBuild::objDOS_ReceiveOutputs(const std::string &line) {
                 status("Filesystem does not conform to ISO-9660");
                 break;
             case BuildLine::DupeName:
-                host.ask(text("msgDupeFileName"), mb::Exclamation);
+                host.msgBox(text("msgDupeFileName"), mb::Exclamation);
                 break;
             case BuildLine::TooDeep:
                 status(text("msgFolderTooDeep"));

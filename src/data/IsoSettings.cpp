@@ -100,16 +100,11 @@ void boxRules(IsoControls &c, IsoBox box) {
     }
 }
 
-bool settingIsTrue(std::string_view value) {
-    if (vb::equalsText(value, "True")) return true;
-    return vb::IsNumeric(value) && vb::Val(value) != 0;
-}
-
 void loadIsoSettings(IsoControls &c, const SettingRead &read, bool blnDVD, bool blnDVDVideo) {
     for (const IsoBoxRow &row : kIsoBoxes) {
         if (row.fixedByVideo) enable(c, row.box, !blnDVDVideo);
         if (!row.cdKey.empty())
-            c.values.boxes[at(row.box)] = settingIsTrue(read(blnDVD ? row.dvdKey : row.cdKey));
+            c.values.boxes[at(row.box)] = vb::settingIsTrue(read(blnDVD ? row.dvdKey : row.cdKey));
         else if (blnDVDVideo && row.fixedByVideo)
             c.values.boxes[at(row.box)] = false;
     }

@@ -160,8 +160,6 @@ std::string leaveField(IsoField field, std::string_view text, bool compliantPVD)
 void clearFields(IsoSettings &settings);
 // OK is refused while a bootable image names no existing file.
 bool bootImageValid(const IsoSettings &settings);
-// A boolean as the settings file holds it: "True", or a number other than 0.
-bool settingIsTrue(std::string_view value);
 
 }  // namespace saltmarrow::data
 

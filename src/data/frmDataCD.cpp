@@ -237,7 +237,7 @@ void frmDataCD::connectHandlers() {
         {mnuISOSettings, &data::ModeKeys::confirmIso}};
     for (const auto &[action, key] : marks)
         on(action, "mnuCheck_Click", [this, action, key] {
-            job_->host().store(job_->keys().*key, action->isChecked() ? "True" : "False");
+            job_->host().setValue(job_->keys().*key, action->isChecked() ? "True" : "False");
         });
     connect(treeFolders, &QTreeWidget::currentItemChanged, this, [this](QTreeWidgetItem *item) {
         if (syncing_ || !item) return;
@@ -309,13 +309,13 @@ void frmDataCD::applyCaption() {
 void frmDataCD::applyMode() {
     const data::ModeKeys &k = job_->keys();
     const data::DataHost &h = job_->host();
-    mnuSortableLabel->setChecked(h.settingTrue(k.sortableDate));
-    mnuAutoWrite->setChecked(h.settingTrue(k.autoWrite));
-    mnuISOSettings->setChecked(h.settingTrue(k.confirmIso));
+    mnuSortableLabel->setChecked(h.flag(k.sortableDate));
+    mnuAutoWrite->setChecked(h.flag(k.autoWrite));
+    mnuISOSettings->setChecked(h.flag(k.confirmIso));
     iso_->loadSettings(project.blnDVD, project.blnDVDVideo);
     applyCaption();
-    const int width = std::atoi(h.settingText(k.width).c_str()) / kTwipsPerPixel;
-    const int height = std::atoi(h.settingText(k.height).c_str()) / kTwipsPerPixel;
+    const int width = std::atoi(h.value(k.width).c_str()) / kTwipsPerPixel;
+    const int height = std::atoi(h.value(k.height).c_str()) / kTwipsPerPixel;
     resize(std::max(kDesignWidth, width), std::max(kDesignHeight, height));
 }
 
@@ -544,8 +544,8 @@ void frmDataCD::showEvent(QShowEvent *event) {
 
 void frmDataCD::storeSize() {
     const data::ModeKeys &k = job_->keys();
-    job_->host().store(k.width, std::to_string(std::min(width() * kTwipsPerPixel, 32767)));
-    job_->host().store(k.height, std::to_string(std::min(height() * kTwipsPerPixel, 32767)));
+    job_->host().setValue(k.width, std::to_string(std::min(width() * kTwipsPerPixel, 32767)));
+    job_->host().setValue(k.height, std::to_string(std::min(height() * kTwipsPerPixel, 32767)));
 }
 
 }  // namespace saltmarrow

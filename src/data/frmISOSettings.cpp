@@ -165,13 +165,13 @@ void frmISOSettings::loadSettings(bool blnDVD, bool blnDVDVideo) {
     blnDVD_ = blnDVD;
     blnDVDVideo_ = blnDVDVideo;
     data::loadIsoSettings(
-        controls_, [this](std::string_view key) { return host_.settingText(key); }, blnDVD, blnDVDVideo);
+        controls_, [this](std::string_view key) { return host_.value(key); }, blnDVD, blnDVDVideo);
     showControls();
 }
 
 void frmISOSettings::saveSettings() {
     data::saveIsoSettings(
-        controls_, [this](std::string_view key, const std::string &v) { host_.store(key, v); }, blnDVD_,
+        controls_, [this](std::string_view key, const std::string &v) { host_.setValue(key, v); }, blnDVD_,
         blnDVDVideo_);
 }
 
@@ -212,7 +212,7 @@ void frmISOSettings::box_Click(IsoBox b) {
     const bool ticked = box(b)->isChecked();
     controls_.values.boxes[at(b)] = ticked;
     if (b == IsoBox::CompliantPVD && ticked) {
-        if (host_.ask(host_.text("msgCompliantPVD"), platform::mb::OKCancel | platform::mb::Information) ==
+        if (host_.msgBox(host_.text("msgCompliantPVD"), platform::mb::OKCancel | platform::mb::Information) ==
             platform::mb::OK) {
             for (const data::IsoFieldRow &row : kIsoFields)
                 if (row.filteredOnLeave) leave(row.field);
@@ -241,7 +241,7 @@ void frmISOSettings::cmdClear_Click() {
 
 void frmISOSettings::cmdOK_Click() {
     if (!data::bootImageValid(snapshot())) {
-        host_.ask(host_.text("msgBootPathError"), platform::mb::Exclamation);
+        host_.msgBox(host_.text("msgBootPathError"), platform::mb::Exclamation);
         return;
     }
     if (onLabel) onLabel(label());

@@ -29,7 +29,6 @@ AudioHost audioHost(frmMain &main) {
     host.replaceFile = [](const std::string &path, std::string_view bytes) {
         replaceFileAtomically(path, bytes);
     };
-    host.letEventsRun = [] { QCoreApplication::processEvents(); };
     host.loadCompiledToc = [&main](const std::string &toc, bool autoWrite) {
         loadAudioToc(main, toc, autoWrite);
     };

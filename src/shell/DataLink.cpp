@@ -17,6 +17,7 @@
 #include "platform/EventWait.h"
 #include "platform/SystemInfo.h"
 #include "shell/LanguageForms.h"
+#include "shell/MainHooks.h"
 #include "support/ErrorReport.h"
 #include "support/TimeText.h"
 
@@ -82,13 +83,8 @@ DataFormHost DataLink::formHost() {
     DataFormHost host;
     if (dynamic_cast<platform::QtDialogs *>(env_.dialogs))
         formDialogs_ = std::make_unique<platform::QtDialogs>();
-    host.data.dialogs = formDialogs_ ? formDialogs_.get() : env_.dialogs;
-    host.data.message = [m](std::string_view key) { return m->messages.text(key); };
-    host.data.setting = [m](std::string_view key) { return m->settings.text(key); };
-    host.data.setSetting = [m](std::string_view key, const std::string &value) {
-        m->settings.setText(key, value);
-    };
-    host.data.letEventsRun = [] { QCoreApplication::processEvents(); };
+    fillMainHooks(main_, host.data);
+    if (formDialogs_) host.data.dialogs = formDialogs_.get();
     host.translate = [m](QWidget *form) {
         applyLanguage(form, false, m->settings.text("Language"), m->messages, m->appDir);
     };

@@ -38,7 +38,6 @@ ExtractHost extractHost(frmMain &main) {
     };
     host.QueryFreedb = queryFreedbHook(main);
     host.openFolder = env.openDocument;
-    host.letEventsRun = [] { QCoreApplication::processEvents(); };
     host.guard = [&main](const char *procedure, const std::function<void()> &handler) {
         // A medium change or a hand-over that comes meanwhile waits for the handler's end.
         const auto job = main.runner.jobs.begin();

@@ -11,7 +11,9 @@ namespace saltmarrow::vb {
 
 namespace {
 
-char foldCase(char c) { return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c; }
+char foldCase(char c) {
+    return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c;
+}
 
 bool sameAt(std::string_view text, std::size_t pos, std::string_view needle, Compare compare) {
     if (compare == Compare::Binary) return text.compare(pos, needle.size(), needle) == 0;
@@ -20,7 +22,9 @@ bool sameAt(std::string_view text, std::size_t pos, std::string_view needle, Com
     return true;
 }
 
-bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
+bool isBlank(char c) {
+    return c == ' ' || c == '\t' || c == '\n' || c == '\r';
+}
 
 // Parses a decimal number (sign, digits, one point, exponent with E or D) that
 // fills the whole of text. Returns false if text is anything else.
@@ -62,9 +66,12 @@ bool parseDecimal(std::string_view text, double &value) {
 bool parseRadix(std::string_view text, double &value) {
     if (text.size() < 3 || text[0] != '&') return false;
     int radix = 0;
-    if (text[1] == 'H' || text[1] == 'h') radix = 16;
-    else if (text[1] == 'O' || text[1] == 'o') radix = 8;
-    else return false;
+    if (text[1] == 'H' || text[1] == 'h')
+        radix = 16;
+    else if (text[1] == 'O' || text[1] == 'o')
+        radix = 8;
+    else
+        return false;
     std::string digits(text.substr(2));
     char *end = nullptr;
     unsigned long long v = std::strtoull(digits.c_str(), &end, radix);
@@ -73,12 +80,13 @@ bool parseRadix(std::string_view text, double &value) {
     return true;
 }
 
-double roundHalfEven(double v) { return std::nearbyint(v); }
+double roundHalfEven(double v) {
+    return std::nearbyint(v);
+}
 
 }  // namespace
 
-std::size_t InStr(std::size_t start, std::string_view haystack, std::string_view needle,
-                  Compare compare) {
+std::size_t InStr(std::size_t start, std::string_view haystack, std::string_view needle, Compare compare) {
     if (start == 0) raiseError(err::InvalidProcedureCall);
     if (haystack.empty()) return 0;
     if (start > haystack.size()) return 0;
@@ -89,8 +97,7 @@ std::size_t InStr(std::size_t start, std::string_view haystack, std::string_view
     return 0;
 }
 
-std::size_t InStrRev(std::string_view haystack, std::string_view needle, std::size_t start,
-                     Compare compare) {
+std::size_t InStrRev(std::string_view haystack, std::string_view needle, std::size_t start, Compare compare) {
     if (haystack.empty()) return 0;
     if (start == 0) start = haystack.size();
     if (start > haystack.size()) return 0;
@@ -113,15 +120,16 @@ std::string Mid(std::string_view text, std::size_t start, std::size_t length) {
     return std::string(text.substr(start - 1, length));
 }
 
-std::string Left(std::string_view text, std::size_t length) { return std::string(text.substr(0, length)); }
+std::string Left(std::string_view text, std::size_t length) {
+    return std::string(text.substr(0, length));
+}
 
 std::string Right(std::string_view text, std::size_t length) {
     if (length >= text.size()) return std::string(text);
     return std::string(text.substr(text.size() - length));
 }
 
-std::string Replace(std::string_view text, std::string_view find, std::string_view with,
-                    Compare compare) {
+std::string Replace(std::string_view text, std::string_view find, std::string_view with, Compare compare) {
     if (find.empty()) return std::string(text);
     std::string out;
     out.reserve(text.size());
@@ -149,7 +157,9 @@ std::string RTrim(std::string_view text) {
     return std::string(text.substr(0, n));
 }
 
-std::string Trim(std::string_view text) { return LTrim(RTrim(text)); }
+std::string Trim(std::string_view text) {
+    return LTrim(RTrim(text));
+}
 
 std::string UCase(std::string_view text) {
     std::string out(text);
@@ -205,7 +215,9 @@ double Val(std::string_view text) {
         int radix = (s[1] == 'H' || s[1] == 'h') ? 16 : (s[1] == 'O' || s[1] == 'o') ? 8 : 0;
         if (radix == 0) return 0;
         std::size_t n = 2;
-        while (n < s.size() && s[n] != 0 && std::strchr(radix == 16 ? "0123456789abcdefABCDEF" : "01234567", s[n])) ++n;
+        while (n < s.size() && s[n] != 0 &&
+               std::strchr(radix == 16 ? "0123456789abcdefABCDEF" : "01234567", s[n]))
+            ++n;
         if (n == 2) return 0;
         return static_cast<double>(std::strtoull(s.substr(2, n - 2).c_str(), nullptr, radix));
     }
@@ -234,7 +246,9 @@ std::int32_t CLng(double value) {
     return static_cast<std::int32_t>(r);
 }
 
-std::int32_t CLng(std::string_view text) { return CLng(CDbl(text)); }
+std::int32_t CLng(std::string_view text) {
+    return CLng(CDbl(text));
+}
 
 std::int16_t CInt(std::string_view text) {
     double r = roundHalfEven(CDbl(text));
@@ -248,6 +262,11 @@ bool IsNumeric(std::string_view text) {
         if (c != ' ' && c != '\t') t += c;
     double v = 0;
     return !t.empty() && (parseDecimal(t, v) || parseRadix(t, v));
+}
+
+bool settingIsTrue(std::string_view value) {
+    const std::string v = Trim(value);
+    return equalsText(v, "True") || (IsNumeric(v) && Val(v) != 0);
 }
 
 }  // namespace saltmarrow::vb

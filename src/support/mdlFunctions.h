@@ -34,7 +34,7 @@ std::string Right(std::string_view text, std::size_t length);
 std::string Replace(std::string_view text, std::string_view find, std::string_view with,
                     Compare compare = Compare::Binary);
 
-std::string Trim(std::string_view text);   // blanks only, as the runtime does
+std::string Trim(std::string_view text);  // blanks only, as the runtime does
 std::string LTrim(std::string_view text);
 std::string RTrim(std::string_view text);
 std::string UCase(std::string_view text);  // ASCII letters; other bytes untouched
@@ -55,6 +55,8 @@ std::int32_t CLng(std::string_view text);
 std::int16_t CInt(std::string_view text);
 std::int32_t CLng(double value);
 bool IsNumeric(std::string_view text);
+// A boolean as the settings file holds it: "True", or a number other than 0.
+bool settingIsTrue(std::string_view value);
 
 }  // namespace saltmarrow::vb
 
