@@ -11,6 +11,7 @@
 #include "exec/DOSOutputs.h"
 #include "platform/CommandLine.h"
 #include "platform/Dialogs.h"
+#include "platform/Files.h"
 #include "support/TimeText.h"
 #include "support/mdlFunctions.h"
 
@@ -19,21 +20,14 @@ namespace saltmarrow {
 namespace fs = std::filesystem;
 namespace mb = platform::mb;
 
+using platform::exists;
+using platform::removeFile;
+
 namespace {
 
 constexpr std::size_t kCopyBlock = 1048576;
 constexpr double kKbitPerSecond = 1412;  // 44100 Hz, 16 bits, two channels
 constexpr int kShortestTrackMs = 4000;   // cdrdao refuses shorter tracks without --force
-
-bool exists(const std::string &path) {
-    std::error_code ec;
-    return fs::exists(path, ec);
-}
-
-void removeFile(const std::string &path) {
-    std::error_code ec;
-    fs::remove(path, ec);
-}
 
 // cdrdao reads a FILE name as it stands, without escapes, and ends it at the
 // first quote: such a name is reached through a link.

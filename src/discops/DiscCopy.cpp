@@ -1,7 +1,6 @@
 #include "discops/DiscCopy.h"
 
 #include <cmath>
-#include <filesystem>
 #include <fstream>
 
 #include "devices/Discovery.h"
@@ -10,13 +9,16 @@
 #include "platform/CommandLine.h"
 #include "platform/Dialogs.h"
 #include "platform/DriveLayer.h"
+#include "platform/Files.h"
 #include "platform/Volume.h"
 #include "support/mdlFunctions.h"
 
 namespace saltmarrow::discops {
 
 namespace mb = platform::mb;
+using platform::exists;
 using platform::quoteArgument;
+using platform::removeFile;
 using vb::InStr;
 using vb::Replace;
 
@@ -42,16 +44,6 @@ bool isDVD(std::string_view medium) {
 
 std::string wholeMegabytes(double bytes) {
     return std::to_string(std::llround(bytes / 1024 / 1024));
-}
-
-bool exists(const std::string &path) {
-    std::error_code ec;
-    return std::filesystem::exists(path, ec);
-}
-
-void removeFile(const std::string &path) {
-    std::error_code ec;
-    std::filesystem::remove(path, ec);
 }
 
 // Whether a file can be made at path: a folder that is read-only, or a file

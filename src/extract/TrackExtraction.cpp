@@ -9,6 +9,7 @@
 #include "extract/ExtractNames.h"
 #include "platform/CommandLine.h"
 #include "platform/Dialogs.h"
+#include "platform/Files.h"
 #include "support/TimeText.h"
 #include "support/mdlFunctions.h"
 
@@ -17,16 +18,13 @@ namespace saltmarrow {
 namespace fs = std::filesystem;
 namespace mb = platform::mb;
 
+using platform::exists;
+
 namespace {
 
 constexpr std::string_view kLoadPrompt = "load cdrom please and press enter";
 // icedax ends a track with " track  3 recorded" and then " successfully".
 constexpr std::string_view kRecorded = "recorded successfully";
-
-bool exists(const std::string &path) {
-    std::error_code ec;
-    return fs::exists(path, ec);
-}
 
 }  // namespace
 
